@@ -1,0 +1,344 @@
+#include "protocol/dt3manager.h"
+
+#include "protocol/dt3property.h"
+#include "protocol/dt3sink.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QNetworkProxy>
+#include <QPointer>
+#include <QTimerEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int openAttempts = 32;
+
+/// Signatures go round: four digits on the wire.
+constexpr quint16 signatureCount = 10000;
+
+/// How many requests after `older` the request `newer` was made; more than half the circle means before it.
+constexpr int signatureDistance(quint16 older, quint16 newer)
+{
+    return (newer + signatureCount - older) % signatureCount;
+}
+
+constexpr bool isOlder(quint16 signature, quint16 than)
+{
+    const int distance = signatureDistance(signature, than);
+    return distance > 0 && distance < signatureCount / 2;
+}
+static_assert(isOlder(9997, 0) && !isOlder(1, 9998) && !isOlder(5, 5));
+
+QPointer<Dt3Manager> &self()
+{
+    static QPointer<Dt3Manager> pointer;
+    return pointer;
+}
+
+} // namespace
+
+Dt3Manager *Dt3Manager::instance()
+{
+    if (!self()) {
+        self() = new Dt3Manager(QStringLiteral("127.0.0.1"), QStringLiteral("6107")); // owned by the post routine
+        qAddPostRoutine([] { delete self().data(); });
+    }
+    return self();
+}
+
+void Dt3Manager::forget(Dt3Sink *sink)
+{
+    if (self())
+        self()->dropSink(sink);
+}
+
+Dt3Manager::Dt3Manager(const QString &host, const QString &port, const Dt3Times &times)
+    : m_host(host)
+    , m_port(port)
+    , m_times(times)
+{
+    m_socket.setProxy(QNetworkProxy::NoProxy); // the service is on this very board
+    connect(&m_socket, &QTcpSocket::readyRead, this, &Dt3Manager::readTcpData);
+    connect(&m_socket, &QTcpSocket::connected, this, &Dt3Manager::connected);
+    connect(&m_socket, &QTcpSocket::disconnected, this, &Dt3Manager::disconnected);
+}
+
+Dt3Manager::~Dt3Manager()
+{
+    m_socket.disconnect(this); // whoever would hear of the loss is going too
+    if (isConnected()) {
+        m_socket.close();
+        qDebug("Connection closed.");
+    }
+}
+
+void Dt3Manager::connectToDevice()
+{
+    startConnecting();
+    qDebug().noquote().nospace() << "Connecting to " << m_host << ':' << m_port << " ...";
+    m_reconnectTimer.start(int(m_times.reconnect.count()), this);
+    startConnectionTimeout();
+}
+
+void Dt3Manager::startConnecting() { m_socket.connectToHost(m_host, m_port.toUShort(), QIODevice::ReadWrite); }
+
+void Dt3Manager::startConnectionTimeout()
+{
+    m_connectionTimeoutTimer.start(int(m_times.connectionTimeout.count()), this);
+}
+
+void Dt3Manager::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_reconnectTimer.timerId()) {
+        const QAbstractSocket::SocketState state = m_socket.state();
+        if (state == QAbstractSocket::UnconnectedState) {
+            startConnecting();
+            if (m_lastSocketState != QAbstractSocket::UnconnectedState)
+                qDebug().noquote().nospace() << "Reconnecting to " << m_host << ':' << m_port << " ...";
+        }
+        m_lastSocketState = state;
+    } else if (event->timerId() == m_connectionTimeoutTimer.timerId()) {
+        m_connectionTimeoutTimer.stop();
+        emit connectionTimeoutExpired();
+    } else {
+        retryOpen(event->timerId());
+    }
+}
+
+void Dt3Manager::connected()
+{
+    m_connectionTimeoutTimer.stop();
+    m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1); // a key press is one short line
+    m_splitter.reset(); // a line cut off by the loss has no rest
+    emit connectionStateChanged(true);
+    qDebug("Connected.");
+}
+
+void Dt3Manager::disconnected()
+{
+    startConnectionTimeout();
+    emit connectionStateChanged(false);
+    qDebug("Disonnected.");
+}
+
+QString Dt3Manager::nodeOf(const QString &propertyPath) { return propertyPath.section(u'.', 0, 0); }
+
+bool Dt3Manager::writeLine(const QString &line) { return m_socket.write((line + u"\r\n"_s).toUtf8()) > 0; }
+
+void Dt3Manager::request(Dt3Sink *sink, const QString &text)
+{
+    const quint16 signature = m_requestCounter;
+    m_requestCounter = quint16((m_requestCounter + 1) % signatureCount);
+    if (isConnected())
+        writeLine(QStringLiteral("%1#").arg(signature, 4, 10, QLatin1Char('0')) + text);
+    m_pendingRequests[signature] = sink;
+}
+
+void Dt3Manager::get(Dt3Sink *sink, const QString &path) { request(sink, u"GET "_s + path); }
+
+void Dt3Manager::set(Dt3Sink *sink, const QString &propertyPath, const QString &value)
+{
+    request(sink, u"SET "_s + propertyPath + u'=' + Dt3Property::rawValueFor(propertyPath, value));
+}
+
+void Dt3Manager::call(Dt3Sink *sink, const QString &methodPath, const QString &arguments)
+{
+    request(sink, u"CALL "_s + methodPath + u'(' + arguments + u')');
+}
+
+Dt3OpenResult Dt3Manager::open(Dt3Sink *sink, const QString &nodePath)
+{
+    const auto held = m_subscriptions.find(nodePath);
+    if (held != m_subscriptions.end()) {
+        if (!held->second.contains(sink))
+            held->second.append(sink);
+        return DT3_OPEN_RESULT_OK;
+    }
+    if (!isConnected())
+        return DT3_OPEN_RESULT_SOCKET_NOT_OPEN;
+    if (!writeLine(u"OPEN "_s + nodePath))
+        return DT3_OPEN_RESULT_WRITE_ERROR;
+
+    const auto [attempt, isNew] = m_observerOpenAttempts.try_emplace(nodePath, OpenAttempt{openAttempts, {}, {}});
+    if (isNew)
+        attempt->second.timer.start(int(m_times.openRetry.count()), this);
+    if (!attempt->second.sinks.contains(sink))
+        attempt->second.sinks.append(sink);
+    return DT3_OPEN_RESULT_OK;
+}
+
+void Dt3Manager::retryOpen(int timerId)
+{
+    for (auto attempt = m_observerOpenAttempts.begin(); attempt != m_observerOpenAttempts.end(); ++attempt) {
+        const QString nodePath = attempt->first;
+        if (attempt->second.timer.timerId() != timerId)
+            continue;
+        if (--attempt->second.attemptsLeft < 1) {
+            qCritical() << "Failed to OPEN " << nodePath << " after " << openAttempts << " attempts";
+            m_observerOpenAttempts.erase(attempt);
+        } else if (isConnected()) {
+            writeLine(u"OPEN "_s + nodePath);
+        }
+        return;
+    }
+}
+
+void Dt3Manager::confirmOpen(const QString &nodePath)
+{
+    const auto attempt = m_observerOpenAttempts.find(nodePath);
+    if (attempt == m_observerOpenAttempts.end()) {
+        qCritical() << "Expected observerOpenAttempts to contain " << nodePath << " but it did not.";
+        return;
+    }
+    m_subscriptions[nodePath] = attempt->second.sinks;
+    ++m_subscriptionsVersion;
+    m_observerOpenAttempts.erase(attempt);
+}
+
+void Dt3Manager::close(Dt3Sink *sink, const QString &nodePath)
+{
+    const auto attempt = m_observerOpenAttempts.find(nodePath);
+    if (attempt != m_observerOpenAttempts.end()) {
+        attempt->second.sinks.removeOne(sink);
+        if (!attempt->second.sinks.isEmpty())
+            return;
+        m_observerOpenAttempts.erase(attempt);
+    }
+    const auto held = m_subscriptions.find(nodePath);
+    if (held != m_subscriptions.end()) {
+        held->second.removeOne(sink);
+        if (!held->second.isEmpty())
+            return;
+        m_subscriptions.erase(held);
+        ++m_subscriptionsVersion;
+    }
+    if (isConnected())
+        writeLine(u"CLOSE "_s + nodePath);
+}
+
+void Dt3Manager::dropSink(Dt3Sink *sink)
+{
+    for (auto &[signature, pending] : m_pendingRequests) {
+        if (pending == sink)
+            pending = nullptr;
+    }
+    QStringList nodes;
+    for (const auto &[node, sinks] : m_subscriptions) {
+        if (sinks.contains(sink))
+            nodes.append(node);
+    }
+    for (const auto &[node, attempt] : m_observerOpenAttempts) {
+        if (attempt.sinks.contains(sink))
+            nodes.append(node);
+    }
+    for (const QString &node : std::as_const(nodes))
+        close(sink, node);
+}
+
+void Dt3Manager::readTcpData() { receive(m_socket.readAll()); }
+
+void Dt3Manager::receive(QByteArrayView bytes)
+{
+    if (const auto *nul = bytes.isEmpty() ? nullptr : std::memchr(bytes.data(), 0, size_t(bytes.size())))
+        bytes = bytes.first(static_cast<const char *>(nul) - bytes.data());
+    m_splitter.feed(bytes, [this](QByteArrayView line) { handleLine(line); });
+}
+
+void Dt3Manager::handleLine(QByteArrayView bytes)
+{
+    const IncomingLine line = IncomingLine::parse(bytes);
+    switch (line.kind) {
+    case IncomingLine::BlockStart: startBlock(line.signature); break;
+    case IncomingLine::BlockEnd: m_pendingRequests.erase(m_currentSignature); break;
+    case IncomingLine::Node:
+        if (Dt3Sink *sink = answeredSink())
+            sink->nodeReceived(QString::fromUtf8(line.path));
+        break;
+    case IncomingLine::Opened: confirmOpen(QString::fromUtf8(line.path)); break;
+    case IncomingLine::Property:
+    case IncomingLine::Changed: propertyLine(line); break;
+    case IncomingLine::Added:
+    case IncomingLine::Removed: childLine(line); break;
+    case IncomingLine::Other: break;
+    }
+}
+
+void Dt3Manager::startBlock(quint16 signature)
+{
+    m_currentSignature = signature;
+    // In the order they were made: from the far side of the circle on.
+    const auto oldest = quint16((signature + signatureCount / 2) % signatureCount);
+    auto request = m_pendingRequests.lower_bound(oldest);
+    for (size_t left = m_pendingRequests.size(); left > 0; --left) {
+        if (request == m_pendingRequests.end())
+            request = m_pendingRequests.begin();
+        if (!isOlder(request->first, signature))
+            return;
+        qDebug().noquote().nospace() << "REMOVED unanswered signature: " << request->first;
+        request = m_pendingRequests.erase(request);
+    }
+}
+
+/// Who sent the request that the present block answers; null if nobody waits for it.
+Dt3Sink *Dt3Manager::answeredSink() const
+{
+    const auto request = m_pendingRequests.find(m_currentSignature);
+    return request == m_pendingRequests.end() ? nullptr : request->second;
+}
+
+void Dt3Manager::propertyLine(const IncomingLine &line)
+{
+    if (line.kind == IncomingLine::Property) {
+        if (Dt3Sink *sink = answeredSink())
+            sink->propertyReceived(m_paths.entryOf(line.path).path, unescapeValue(line.value));
+        return;
+    }
+    auto &known = m_paths.entryOf(line.path);
+    if (known.noteVersion != m_subscriptionsVersion) {
+        known.note = m_subscriptions.find(QString::fromUtf8(line.path.first(line.nodeLength)));
+        known.noteVersion = m_subscriptionsVersion;
+    }
+    if (known.note == m_subscriptions.end())
+        return;
+    const QString path = known.path;
+    const QString value = unescapeValue(line.value);
+    forEachHolder(known.note, [&](Dt3Sink *sink) { sink->propertyChanged(path, value); });
+}
+
+void Dt3Manager::childLine(const IncomingLine &line)
+{
+    const QString path = QString::fromUtf8(line.path);
+    const qsizetype slash = path.lastIndexOf(u'/');
+    const QString root = QStringLiteral("/");
+    const QString parent = slash > 0 ? path.first(slash) : root;
+    const QString child = slash + 1 < path.size() ? path.sliced(slash + 1) : root;
+    forEachHolder(m_subscriptions.find(parent), [&](Dt3Sink *sink) {
+        if (line.kind == IncomingLine::Added)
+            sink->nodeAdded(parent, child);
+        else
+            sink->nodeRemoved(parent, child);
+    });
+}
+
+/// Calls every sink that holds the node now and still holds it when its turn comes.
+template<typename Call>
+void Dt3Manager::forEachHolder(const Subscriptions::const_iterator &node, Call call)
+{
+    if (node == m_subscriptions.end())
+        return;
+    const Sinks holders = node->second; // a shared copy: callbacks change the original
+    if (holders.size() == 1) {
+        call(holders.front());
+        return;
+    }
+    const QString nodePath = node->first;
+    for (Dt3Sink *sink : holders) {
+        const auto now = m_subscriptions.find(nodePath);
+        if (now == m_subscriptions.end())
+            return;
+        if (now->second.contains(sink))
+            call(sink);
+    }
+}

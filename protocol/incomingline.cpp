@@ -1,0 +1,113 @@
+#include "protocol/incomingline.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+struct Prefix
+{
+    char text[4];
+    IncomingLine::Kind kind;
+};
+
+constexpr Prefix prefixes[] = {
+    {"CHG", IncomingLine::Changed},
+    {"pr", IncomingLine::Property},
+    {"pw", IncomingLine::Property},
+    {"n-", IncomingLine::Node},
+    {"o-", IncomingLine::Opened},
+    {"NEW", IncomingLine::Added},
+    {"DEL", IncomingLine::Removed},
+};
+
+IncomingLine::Kind kindOf(QByteArrayView prefix)
+{
+    for (const Prefix &known : prefixes) {
+        if (prefix == known.text)
+            return known.kind;
+    }
+    return IncomingLine::Other;
+}
+
+const char *find(QByteArrayView text, char c, qsizetype from = 0)
+{
+    return static_cast<const char *>(std::memchr(text.data() + from, c, size_t(text.size() - from)));
+}
+
+/// The four characters after "{" as a number; what is no digit counts for nothing.
+quint16 signatureOf(QByteArrayView line)
+{
+    bool isNumber = false;
+    const uint signature = line.sliced(1, std::min<qsizetype>(4, line.size() - 1)).toUInt(&isNumber);
+    return isNumber ? quint16(signature) : 0;
+}
+
+constexpr char afterBackslash(char c)
+{
+    switch (c) {
+    case 'n': return '\n';
+    case 'r': return '\r';
+    case 't': return '\t';
+    case '#': case '%': case '(': case ')': case '\\': case '{': case '}': return c;
+    default: return 0;
+    }
+}
+
+} // namespace
+
+IncomingLine IncomingLine::parse(QByteArrayView line)
+{
+    IncomingLine result;
+    if (line.isEmpty())
+        return result;
+    if (line.front() == '{') {
+        result.kind = BlockStart;
+        result.signature = signatureOf(line);
+        return result;
+    }
+    if (line.front() == '}') {
+        result.kind = BlockEnd;
+        return result;
+    }
+
+    const char *blank = find(line, ' ');
+    if (!blank)
+        return result;
+    const qsizetype prefixLength = blank - line.data();
+    const Kind kind = kindOf(line.first(prefixLength));
+    result.path = line.sliced(prefixLength + 1);
+    if (kind == Property || kind == Changed) {
+        const char *dot = find(result.path, '.');
+        if (!dot)
+            return result; // names no property
+        result.nodeLength = dot - result.path.data();
+        if (const char *equals = find(result.path, '=', result.nodeLength)) {
+            const qsizetype pathLength = equals - result.path.data();
+            result.value = result.path.sliced(pathLength + 1);
+            result.path = result.path.first(pathLength);
+        }
+    }
+    result.kind = kind;
+    return result;
+}
+
+QString unescapeValue(QByteArrayView escaped)
+{
+    const char *backslash = escaped.isEmpty() ? nullptr : find(escaped, '\\');
+    if (!backslash)
+        return QString::fromUtf8(escaped);
+
+    QByteArray plain;
+    plain.reserve(escaped.size());
+    plain.append(escaped.first(backslash - escaped.data()));
+    for (const char *c = backslash; c != escaped.end(); ++c) {
+        const char resolved = *c == '\\' && c + 1 != escaped.end() ? afterBackslash(c[1]) : 0;
+        plain.append(resolved ? resolved : *c);
+        if (resolved)
+            ++c;
+    }
+    return QString::fromUtf8(plain);
+}
