@@ -1,0 +1,106 @@
+#include "simulator/coreservice/coreservice.h"
+
+#include "simulator/coreservice/crosspoint.h"
+#include "simulator/coreservice/deviceclock.h"
+#include "simulator/coreservice/edidproperties.h"
+#include "simulator/coreservice/firmwareupgrade.h"
+#include "simulator/coreservice/healthproperties.h"
+#include "simulator/coreservice/lineserver.h"
+#include "simulator/coreservice/portproperties.h"
+#include "simulator/coreservice/presetstore.h"
+#include "simulator/coreservice/systemproperties.h"
+
+#include <algorithm>
+
+namespace {
+
+/// A frame without a layout of its own has the small panel's eight source buttons.
+constexpr int smallestButtonCount = 8;
+
+/// The bare tree, before anything gets hold of it.
+struct FrameTree : PropertyTree
+{
+    explicit FrameTree(const FrameDescriptor &frame)
+    {
+        addSystemProperties(*this, frame);
+        addPortProperties(*this, frame);
+        addEdidProperties(*this, frame);
+        addHealthProperties(*this, frame);
+    }
+};
+
+} // namespace
+
+struct CoreService::Private
+{
+    explicit Private(const FrameDescriptor &frame)
+        : tree(frame)
+        , crosspoint(tree, frame)
+        , presets(tree, crosspoint, std::max(frame.presetButtonCount(), smallestButtonCount))
+        , clock(tree)
+        , upgrade(tree)
+        , server(tree)
+    {
+    }
+
+    FrameTree tree;
+    Crosspoint crosspoint;
+    PresetStore presets;
+    DeviceClock clock;
+    FirmwareUpgrade upgrade;
+    LineServer server;
+};
+
+CoreService::CoreService(const FrameDescriptor &frame, QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(frame))
+{
+    // the device would start again after it; its clients may stay here
+    d->tree.addMethod("/SYS", "factoryDefaults", [this](const QString &) {
+        d->presets.removeAll();
+        d->crosspoint.unlockAll();
+        d->tree.restoreDefaults();
+        return QString();
+    });
+    connect(&d->server, &LineServer::requestReceived, this, &CoreService::requestReceived);
+    connect(&d->server, &LineServer::lineSent, this, &CoreService::lineSent);
+}
+
+CoreService::~CoreService() = default;
+
+bool CoreService::listen(quint16 port) { return d->server.listen(port); }
+
+quint16 CoreService::port() const { return d->server.port(); }
+
+QString CoreService::errorString() const { return d->server.errorString(); }
+
+std::optional<QString> CoreService::property(const QString &path) const
+{
+    const PropertyTree::Property *property = d->tree.property(path);
+    return property ? std::optional(property->value) : std::nullopt;
+}
+
+bool CoreService::setProperty(const QString &path, const QString &value) { return d->tree.setValue(path, value); }
+
+QString CoreService::callMethod(const QString &methodPath, const QString &arguments)
+{
+    return d->tree.call(methodPath, arguments);
+}
+
+QStringList CoreService::presetNames() const { return d->presets.names(); }
+
+void CoreService::addPreset(const QString &name)
+{
+    if (const QString error = d->presets.store(name); !error.isEmpty())
+        qWarning("Preset not stored: %s", qUtf8Printable(error));
+}
+
+bool CoreService::removePreset(const QString &name) { return d->presets.remove(name); }
+
+void CoreService::dropLink() { d->server.close(); }
+
+bool CoreService::restoreLink() { return d->server.isListening() || d->server.listen(d->server.port()); }
+
+bool CoreService::isLinkUp() const { return d->server.isListening(); }
+
+void CoreService::startUpgrade(std::chrono::milliseconds duration) { d->upgrade.start(duration); }

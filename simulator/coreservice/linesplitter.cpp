@@ -1,0 +1,26 @@
+#include "simulator/coreservice/linesplitter.h"
+
+#include <utility>
+
+QList<LineSplitter::Line> LineSplitter::feed(const QByteArray &bytes)
+{
+    QList<Line> lines;
+    qsizetype start = 0;
+    for (qsizetype end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', start)) {
+        append(bytes.mid(start, end - start));
+        if (m_line.text.endsWith('\r'))
+            m_line.text.chop(1);
+        m_line.tooLong |= m_line.text.size() > maxLineLength;
+        lines.append(std::exchange(m_line, {}));
+        start = end + 1;
+    }
+    append(bytes.mid(start));
+    return lines;
+}
+
+void LineSplitter::append(const QByteArray &bytes)
+{
+    const qsizetype room = maxLineLength + 1 - m_line.text.size(); // one more for the "\r"
+    m_line.text += bytes.left(room);
+    m_line.tooLong |= bytes.size() > room;
+}
