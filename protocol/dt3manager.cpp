@@ -295,16 +295,15 @@ void Dt3Manager::propertyLine(const IncomingLine &line)
             sink->propertyReceived(m_paths.entryOf(line.path).path, unescapeValue(line.value));
         return;
     }
-    auto &known = m_paths.entryOf(line.path);
+    auto &known = m_paths.entryOf(line.path); // callbacks do not receive, so it stays
     if (known.noteVersion != m_subscriptionsVersion) {
         known.note = m_subscriptions.find(QString::fromUtf8(line.path.first(line.nodeLength)));
         known.noteVersion = m_subscriptionsVersion;
     }
     if (known.note == m_subscriptions.end())
         return;
-    const QString path = known.path;
     const QString value = unescapeValue(line.value);
-    forEachHolder(known.note, [&](Dt3Sink *sink) { sink->propertyChanged(path, value); });
+    forEachHolder(known.note, [&](Dt3Sink *sink) { sink->propertyChanged(known.path, value); });
 }
 
 void Dt3Manager::childLine(const IncomingLine &line)
@@ -328,11 +327,11 @@ void Dt3Manager::forEachHolder(const Subscriptions::const_iterator &node, Call c
 {
     if (node == m_subscriptions.end())
         return;
-    const Sinks holders = node->second; // a shared copy: callbacks change the original
-    if (holders.size() == 1) {
-        call(holders.front());
+    if (node->second.size() == 1) {
+        call(node->second.front());
         return;
     }
+    const Sinks holders = node->second; // a shared copy: callbacks change the original
     const QString nodePath = node->first;
     for (Dt3Sink *sink : holders) {
         const auto now = m_subscriptions.find(nodePath);

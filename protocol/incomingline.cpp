@@ -4,33 +4,26 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
+/// A line's first word, with the blank behind it.
 struct Prefix
 {
-    char text[4];
+    QByteArrayView text;
     IncomingLine::Kind kind;
 };
 
 constexpr Prefix prefixes[] = {
-    {"CHG", IncomingLine::Changed},
-    {"pr", IncomingLine::Property},
-    {"pw", IncomingLine::Property},
-    {"n-", IncomingLine::Node},
-    {"o-", IncomingLine::Opened},
-    {"NEW", IncomingLine::Added},
-    {"DEL", IncomingLine::Removed},
+    {"CHG ", IncomingLine::Changed},
+    {"pr ", IncomingLine::Property},
+    {"pw ", IncomingLine::Property},
+    {"n- ", IncomingLine::Node},
+    {"o- ", IncomingLine::Opened},
+    {"NEW ", IncomingLine::Added},
+    {"DEL ", IncomingLine::Removed},
 };
-
-IncomingLine::Kind kindOf(QByteArrayView prefix)
-{
-    for (const Prefix &known : prefixes) {
-        if (prefix == known.text)
-            return known.kind;
-    }
-    return IncomingLine::Other;
-}
 
 const char *find(QByteArrayView text, char c, qsizetype from = 0)
 {
@@ -73,12 +66,12 @@ IncomingLine IncomingLine::parse(QByteArrayView line)
         return result;
     }
 
-    const char *blank = find(line, ' ');
-    if (!blank)
+    const auto *prefix = std::find_if(std::begin(prefixes), std::end(prefixes),
+        [line](const Prefix &known) { return line.startsWith(known.text); });
+    if (prefix == std::end(prefixes))
         return result;
-    const qsizetype prefixLength = blank - line.data();
-    const Kind kind = kindOf(line.first(prefixLength));
-    result.path = line.sliced(prefixLength + 1);
+    const Kind kind = prefix->kind;
+    result.path = line.sliced(prefix->text.size());
     if (kind == Property || kind == Changed) {
         const char *dot = find(result.path, '.');
         if (!dot)

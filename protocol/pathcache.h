@@ -1,12 +1,8 @@
 #pragma once
 
-#include <QByteArray>
 #include <QByteArrayView>
-#include <QHashFunctions>
+#include <QHash>
 #include <QString>
-
-#include <cstring>
-#include <unordered_map>
 
 /// The texts of property paths that have come by, found by their bytes, so that a known path costs no conversion.
 /// Each has a note of the user's own beside it. Small by construction: a service that invents ever new paths
@@ -25,37 +21,23 @@ public:
     /// The entry of this path, which is UTF-8. Valid until the next call.
     Entry &entryOf(QByteArrayView path)
     {
-        const auto known = m_entries.find(path);
+        const auto known = m_entries.find(QByteArray::fromRawData(path.data(), path.size()));
         if (known != m_entries.end())
-            return known->second;
+            return *known;
         if (path.size() > longestPath) {
             m_uncached = Entry{QString::fromUtf8(path)};
             return m_uncached;
         }
         if (m_entries.size() >= mostEntries)
             m_entries.clear();
-        return m_entries.try_emplace(path.toByteArray(), Entry{QString::fromUtf8(path)}).first->second;
+        return *m_entries.insert(path.toByteArray(), Entry{QString::fromUtf8(path)});
     }
 
 private:
     // A 48 x 48 frame with every page open shows some 2000 properties; the longest path has about 50 bytes.
-    static constexpr size_t mostEntries = 4096;
+    static constexpr qsizetype mostEntries = 4096;
     static constexpr qsizetype longestPath = 128;
 
-    struct Hash
-    {
-        using is_transparent = void;
-        size_t operator()(QByteArrayView bytes) const { return qHashBits(bytes.data(), size_t(bytes.size()), 0); }
-    };
-    struct Equal
-    {
-        using is_transparent = void;
-        bool operator()(QByteArrayView a, QByteArrayView b) const
-        {
-            return a.size() == b.size() && std::memcmp(a.data(), b.data(), size_t(a.size())) == 0;
-        }
-    };
-
-    std::unordered_map<QByteArray, Entry, Hash, Equal> m_entries;
+    QHash<QByteArray, Entry> m_entries;
     Entry m_uncached;
 };

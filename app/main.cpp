@@ -1,0 +1,91 @@
+#include "app/wiring.h"
+#include "frontpanel/controllockfilter.h"
+#include "frontpanel/controlpanelhandler.h"
+#include "frontpanel/frontlogic.h"
+#include "frontpanel/rotaryencoderhandler.h"
+#include "hardware/framedescriptor.h"
+#include "hardware/frameidentification.h"
+#include "hardware/overlayalpha.h"
+#include "hardware/supportedsoc.h"
+#include "managers/crosspointmanager.h"
+#include "managers/frontpanelstatemanager.h"
+#include "managers/operationstatemanager.h"
+#include "managers/upgradestatemanager.h"
+#include "protocol/catalogue.h"
+#include "protocol/dt3manager.h"
+#include "ui/pool.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+/// The layout id of the frame that the EEPROM names; 0 when it could not be told in three attempts.
+int identifyFrame()
+{
+    FrameIdentification &identification = FrameIdentification::instance();
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        if (identification.open() == 0) {
+            const int code = identification.variantCode();
+            if (const FrameDescriptor *frame = findFrameDescriptor(static_cast<uint32_t>(code))) {
+                qDebug("Front layout initialized. (%d)", frame->layoutId());
+                return frame->layoutId();
+            }
+            qWarning("Some weird variant was detected. (%.8d)", code);
+        }
+        identification.close();
+        std::this_thread::sleep_for(std::chrono::milliseconds(300)); // the bus may be busy while the board boots
+    }
+    qWarning("Failed to init front layout.");
+    return 0;
+}
+
+void loadFonts()
+{
+    // Qt looks for the system's fonts at the first question. Asked later, a system font of the same family
+    // would replace ours.
+    QFontDatabase::families();
+    for (const char *file : {"Roboto-Bold-Ostra.ttf", "Roboto-Medium-Ostra.ttf", "Roboto-Regular-Ostra.ttf",
+             "Roboto-Light-Ostra.ttf", "fontawesome-webfont.ttf"})
+        QFontDatabase::addApplicationFont(QStringLiteral("qt-base/font/") + QLatin1StringView(file));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    fillCatalogue(); // before anyone copies or uses an entry
+
+    RotaryEncoderHandler encoder(QStringLiteral("/dev/input/event0"));
+    ControlPanelHandler panel1(QStringLiteral("/dev/input/event2"), 0);
+    ControlPanelHandler panel2(QStringLiteral("/dev/input/event3"), 40);
+    ControlPanelHandler panel3(QStringLiteral("/dev/input/event4"), 80);
+    FrontLogic logic({&panel1, &panel2, &panel3});
+
+    if (isSupportedSoc())
+        disableOverlayAlpha();
+    logic.setLayout(identifyFrame());
+
+    ControlLockFilter filter(&logic);
+    application.installEventFilter(&filter);
+
+    application.setStyleSheet(QStringLiteral("*{ background-color: black}"));
+    loadFonts();
+
+    Dt3Manager *dt3 = Dt3Manager::instance();
+    Pool::instance();
+    QCoreApplication::processEvents(); // the LCD shows its first picture
+
+    CrosspointManager crosspoint;
+    FrontPanelStateManager frontPanelState;
+    OperationStateManager operationState;
+    UpgradeStateManager upgradeState;
+    connectHouse({*dt3, crosspoint, frontPanelState, operationState, upgradeState, filter, logic});
+
+    dt3->connectToDevice();
+    return QApplication::exec();
+}

@@ -1,0 +1,53 @@
+#include "app/wiring.h"
+
+#include "frontpanel/controllockfilter.h"
+#include "frontpanel/frontlogic.h"
+#include "managers/crosspointmanager.h"
+#include "managers/frontpanelstatemanager.h"
+#include "managers/operationstatemanager.h"
+#include "managers/upgradestatemanager.h"
+#include "protocol/dt3manager.h"
+
+void connectHouse(const House &house)
+{
+    Dt3Manager *dt3 = &house.dt3;
+    CrosspointManager *crosspoint = &house.crosspoint;
+    FrontPanelStateManager *frontPanelState = &house.frontPanelState;
+    OperationStateManager *operationState = &house.operationState;
+    UpgradeStateManager *upgradeState = &house.upgradeState;
+    ControlLockFilter *filter = &house.filter;
+    FrontLogic *logic = &house.logic;
+
+    const auto connect = [](auto *sender, auto signal, auto *receiver, auto slot) {
+        QObject::connect(sender, signal, receiver, slot);
+    };
+    using Dt3 = Dt3Manager;
+    using Upgrade = UpgradeStateManager;
+
+    // clang-format off
+    connect(dt3, &Dt3::connectionStateChanged, crosspoint, &CrosspointManager::connectionStateChanged);
+    connect(dt3, &Dt3::connectionStateChanged, frontPanelState, &FrontPanelStateManager::connectionStateChanged);
+    connect(dt3, &Dt3::connectionStateChanged, operationState, &OperationStateManager::connectionStateChanged);
+    connect(dt3, &Dt3::connectionStateChanged, upgradeState, &Upgrade::connectionStateChanged);
+
+    connect(filter, &ControlLockFilter::wakeUpAction, operationState, &OperationStateManager::wakeUp);
+    connect(upgradeState, &Upgrade::upgradeStateChanged, filter, &ControlLockFilter::upgradeStateChanged);
+    connect(dt3, &Dt3::connectionStateChanged, filter, &ControlLockFilter::connectionStatusChanged);
+    connect(dt3, &Dt3::connectionStateChanged, logic, &FrontLogic::connectionStatusChanged);
+    connect(frontPanelState, &FrontPanelStateManager::controlLockStateChanged, filter, &ControlLockFilter::lockedStatusChanged);
+    connect(operationState, &OperationStateManager::operationStateChanged, filter, &ControlLockFilter::operationStatusChanged);
+    connect(operationState, &OperationStateManager::operationStateChanged, logic, &FrontLogic::operationStateChanged);
+
+    connect(crosspoint, &CrosspointManager::connectionChanged, logic, &FrontLogic::crosspointStatusChanged);
+    connect(crosspoint, &CrosspointManager::lockStateChanged, logic, &FrontLogic::destinationPortStatusChanged);
+    connect(logic, &FrontLogic::connectCrosspoint, crosspoint, &CrosspointManager::connect);
+    connect(logic, &FrontLogic::lockDestination, crosspoint, &CrosspointManager::lockDestination);
+    connect(logic, &FrontLogic::unlockDestination, crosspoint, &CrosspointManager::unlockDestination);
+
+    connect(frontPanelState, &FrontPanelStateManager::controlLockStateChanged, logic, &FrontLogic::onControlLockStatusChange);
+    connect(frontPanelState, &FrontPanelStateManager::autotakeModeChanged, logic, &FrontLogic::onAutotakeModeChange);
+    connect(upgradeState, &Upgrade::upgradeStateChanged, logic, &FrontLogic::upgradeStateChanged);
+    connect(logic, &FrontLogic::controlLockStatusChanged, frontPanelState, &FrontPanelStateManager::setControlLock);
+    connect(logic, &FrontLogic::autotakeModeChanged, frontPanelState, &FrontPanelStateManager::setAutotakeMode);
+    // clang-format on
+}

@@ -1,0 +1,33 @@
+#include "tests/endtoend/front.h"
+
+#include <QTest>
+
+Front::Front(int row, const HardwareFaults &faults)
+    : m_device(Device::Setup{&frameDescriptors()[size_t(row - 1)], faults, QStringLiteral(FRONT_PANEL), {}})
+{
+    connect(&m_device.bed(), &TestBed::ledWritten, this, [this](int panel, int number, int value) {
+        m_leds.append(QStringLiteral("%1.%2=%3").arg(panel).arg(number).arg(value));
+    });
+    connect(&m_device, &Device::requestReceived, this, [this](const QString &line) { m_requests.append(line); });
+    connect(&m_device, &Device::messageLogged, this, [this](const QString &line) { m_messages.append(line); });
+}
+
+bool Front::start()
+{
+    const QString problem = m_device.powerOn();
+    if (!problem.isEmpty()) {
+        qWarning("%s", qPrintable(problem));
+        return false;
+    }
+    m_device.startProgram();
+    const bool ready = QTest::qWaitFor([this] { return m_device.isProgramReady(); }, 30000);
+    takeLeds();
+    takeRequests();
+    return ready;
+}
+
+void Front::tap(int panel, int button)
+{
+    hold(panel, button, true);
+    hold(panel, button, false);
+}
