@@ -9,8 +9,8 @@ constexpr int nodeCount = 200;
 constexpr int rounds = 20;
 
 // Three properties of every node change in turn, with values as long as the real ones.
-constexpr const char *changes[] = {
-    ".SignalType=HDMI", ".ActiveResolution=1920x1080p60.00Hz", ".PixelClock=148.500 MHz", ".SignalPresent=true"};
+constexpr const char *changes[]
+    = {".SignalType=HDMI", ".ActiveResolution=1920x1080p60.00Hz", ".PixelClock=148.500 MHz", ".SignalPresent=true"};
 
 } // namespace
 

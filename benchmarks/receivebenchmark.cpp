@@ -10,14 +10,13 @@
 #include <QTcpServer>
 
 #include <benchmark/benchmark.h>
+#include <cstring>
 #include <fcntl.h>
 #include <hiredis/hiredis.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
-
-#include <cstring>
 #include <thread>
+#include <unistd.h>
 
 // Counts every allocation of the process; forwards to the C library's own allocator.
 extern "C" {
@@ -116,8 +115,7 @@ private:
     std::unique_ptr<Dt3Manager> m_manager;
 };
 
-template<typename Handle>
-void inReads(const QByteArray &bytes, qsizetype size, Handle handle)
+template <typename Handle> void inReads(const QByteArray &bytes, qsizetype size, Handle handle)
 {
     for (qsizetype from = 0; from < bytes.size(); from += size)
         handle(QByteArrayView(bytes).sliced(from, std::min(size, bytes.size() - from)));
@@ -165,8 +163,7 @@ void receivePath(benchmark::State &state)
     if (client.sink.changes != state.iterations() * stream.changeCount())
         state.SkipWithError("changes were lost");
     setRates(state, stream);
-    state.counters["allocations/line"]
-        = double(allocated) / double(state.iterations() * stream.lineCount());
+    state.counters["allocations/line"] = double(allocated) / double(state.iterations() * stream.lineCount());
 }
 
 void changesOnly(benchmark::State &state)

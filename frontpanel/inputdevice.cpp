@@ -1,5 +1,7 @@
 #include "frontpanel/inputdevice.h"
 
+#include <QTimer>
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -29,18 +31,27 @@ std::span<const InputRecord> InputDevice::read()
 {
     const ssize_t size = ::read(m_fd, m_records.data(), sizeof m_records);
     const int error = size < 0 ? errno : 0;
-    if (error == EAGAIN || error == EINTR)
+    if (error == EINTR)
         return {};
 
     const auto bytes = static_cast<size_t>(size);
     if (size < 1 || bytes % sizeof(InputRecord) != 0) {
-        qWarning("Error reading %s", m_kind.readOf);
-        const bool vanished = size == 0 || error == ENODEV || error == EIO;
-        if (vanished && m_notifier)
-            m_notifier->setEnabled(false); // it would stay readable and wake us without end
+        if (!m_gone)
+            qWarning("Error reading %s", m_kind.readOf);
+        m_gone = size < 1 && error != EAGAIN;
+        if (m_gone && m_notifier)
+            lookAgainLater();
         return {};
     }
+    m_gone = false;
     return std::span(m_records).first(bytes / sizeof(InputRecord));
+}
+
+/// A device that is gone stays readable: waiting on it would wake us without end.
+void InputDevice::lookAgainLater()
+{
+    m_notifier->setEnabled(false);
+    QTimer::singleShot(std::chrono::seconds(1), &*m_notifier, [this] { m_notifier->setEnabled(true); });
 }
 
 void InputDevice::write(const InputRecord &record)

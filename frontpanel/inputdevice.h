@@ -38,19 +38,22 @@ public:
     InputDevice(const InputDevice &) = delete;
     InputDevice &operator=(const InputDevice &) = delete;
 
-    /// Null if the device could not be opened; disabled for good once the device has vanished.
+    /// Null if the device could not be opened; disabled for a second whenever the device is found gone.
     QSocketNotifier *notifier() { return m_notifier ? &*m_notifier : nullptr; }
 
-    /// At most 64 waiting records, valid until the next call. Empty when there is nothing to read; also, with
-    /// a warning, after an error and for a chunk that is not whole records, which is dropped.
+    /// At most 64 waiting records, valid until the next call. None, with a warning, after an error and for a chunk
+    /// that is not whole records, which is dropped. A device that stays gone is warned of once.
     std::span<const InputRecord> read();
 
     /// Failures are not reported.
     void write(const InputRecord &record);
 
 private:
+    void lookAgainLater();
+
     const Kind m_kind;
     int m_fd;
     std::array<InputRecord, 64> m_records;
+    bool m_gone = false; ///< The last read found it at its end or failing.
     std::optional<QSocketNotifier> m_notifier;
 };

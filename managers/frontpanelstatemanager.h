@@ -21,6 +21,7 @@ signals:
 
 public slots:
     void connectionStateChanged(bool connected);
+    // Requests: the state changes when the device reports it.
     void setControlLock(bool locked);
     void setAutotakeMode(bool autotake);
 

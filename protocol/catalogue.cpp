@@ -51,13 +51,11 @@ std::array<Dt3Property, 8> propButtonAssignedPreset;
 namespace {
 
 /// "/I" and 24 make "/I1" to "/I24".
-template <size_t count>
-std::array<QString, count> numberedNames(const char *stem)
+template <size_t count> std::array<QString, count> numberedNames(const char *stem)
 {
     std::array<QString, count> names;
-    std::generate(names.begin(), names.end(), [&, number = 0]() mutable {
-        return QLatin1StringView(stem) + QString::number(++number);
-    });
+    std::generate(names.begin(), names.end(),
+        [&, number = 0]() mutable { return QLatin1StringView(stem) + QString::number(++number); });
     return names;
 }
 
@@ -220,8 +218,8 @@ const std::array<QString, 24> inputPortNames = numberedNames<24>("/I");
 const std::array<QString, 4> portNames = numberedNames<4>("/PORT");
 const std::array<QString, 6> inputBoardNames = numberedNames<6>("/IB");
 const std::array<QString, 6> outputBoardNames = numberedNames<6>("/OB");
-const std::array<QString, 4> edidGroupNames = {
-    QStringLiteral("/F"), QStringLiteral("/D"), QStringLiteral("/U"), QStringLiteral("/E")};
+const std::array<QString, 4> edidGroupNames
+    = {QStringLiteral("/F"), QStringLiteral("/D"), QStringLiteral("/U"), QStringLiteral("/E")};
 
 void fillCatalogue()
 {

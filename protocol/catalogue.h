@@ -55,7 +55,7 @@ extern Dt3Property propBootloaderStatus, propBootloaderProgress;
 /// The preset assigned to source button 1 to 8, at index button - 1.
 extern std::array<Dt3Property, 8> propButtonAssignedPreset;
 
-// Methods, for CALL. In the last two of the preset's, %1 stands for the preset's node name.
+// Methods, for CALL. %1 stands for a preset's node name.
 inline const QString methodNetworkApplySettings = QStringLiteral("/MANAGEMENT/NETWORK:applySettings");
 inline const QString methodFactoryDefaults = QStringLiteral("/SYS:factoryDefaults");
 inline const QString methodStandby = QStringLiteral("/MANAGEMENT/POWER:standby");

@@ -69,6 +69,7 @@ Dt3Manager::~Dt3Manager()
 {
     m_socket.disconnect(this); // whoever would hear of the loss is going too
     if (isConnected()) {
+        m_socket.flush(); // what was asked for last still goes out
         m_socket.close();
         qDebug("Connection closed.");
     }
@@ -111,7 +112,8 @@ void Dt3Manager::connected()
 {
     m_connectionTimeoutTimer.stop();
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1); // a key press is one short line
-    m_splitter.reset(); // a line cut off by the loss has no rest
+    m_splitter.reset(); // a line cut off by the loss has no rest, nor has an answer
+    m_currentSignature.reset();
     emit connectionStateChanged(true);
     qDebug("Connected.");
 }
@@ -172,9 +174,9 @@ Dt3OpenResult Dt3Manager::open(Dt3Sink *sink, const QString &nodePath)
 void Dt3Manager::retryOpen(int timerId)
 {
     for (auto attempt = m_observerOpenAttempts.begin(); attempt != m_observerOpenAttempts.end(); ++attempt) {
-        const QString nodePath = attempt->first;
         if (attempt->second.timer.timerId() != timerId)
             continue;
+        const QString nodePath = attempt->first;
         if (--attempt->second.attemptsLeft < 1) {
             qCritical() << "Failed to OPEN " << nodePath << " after " << openAttempts << " attempts";
             m_observerOpenAttempts.erase(attempt);
@@ -251,12 +253,16 @@ void Dt3Manager::handleLine(QByteArrayView bytes)
     const IncomingLine line = IncomingLine::parse(bytes);
     switch (line.kind) {
     case IncomingLine::BlockStart: startBlock(line.signature); break;
-    case IncomingLine::BlockEnd: m_pendingRequests.erase(m_currentSignature); break;
+    case IncomingLine::BlockEnd:
+        if (m_currentSignature)
+            m_pendingRequests.erase(*m_currentSignature);
+        m_currentSignature.reset();
+        break;
     case IncomingLine::Node:
         if (Dt3Sink *sink = answeredSink())
-            sink->nodeReceived(QString::fromUtf8(line.path));
+            sink->nodeReceived(textOf(line.path));
         break;
-    case IncomingLine::Opened: confirmOpen(QString::fromUtf8(line.path)); break;
+    case IncomingLine::Opened: confirmOpen(textOf(line.path)); break;
     case IncomingLine::Property:
     case IncomingLine::Changed: propertyLine(line); break;
     case IncomingLine::Added:
@@ -269,7 +275,7 @@ void Dt3Manager::startBlock(quint16 signature)
 {
     m_currentSignature = signature;
     // In the order they were made: from the far side of the circle on.
-    const auto oldest = quint16((signature + signatureCount / 2) % signatureCount);
+    const auto oldest = quint16((signature + signatureCount / 2 + 1) % signatureCount);
     auto request = m_pendingRequests.lower_bound(oldest);
     for (size_t left = m_pendingRequests.size(); left > 0; --left) {
         if (request == m_pendingRequests.end())
@@ -284,7 +290,9 @@ void Dt3Manager::startBlock(quint16 signature)
 /// Who sent the request that the present block answers; null if nobody waits for it.
 Dt3Sink *Dt3Manager::answeredSink() const
 {
-    const auto request = m_pendingRequests.find(m_currentSignature);
+    if (!m_currentSignature)
+        return nullptr;
+    const auto request = m_pendingRequests.find(*m_currentSignature);
     return request == m_pendingRequests.end() ? nullptr : request->second;
 }
 
@@ -297,7 +305,7 @@ void Dt3Manager::propertyLine(const IncomingLine &line)
     }
     auto &known = m_paths.entryOf(line.path); // callbacks do not receive, so it stays
     if (known.noteVersion != m_subscriptionsVersion) {
-        known.note = m_subscriptions.find(QString::fromUtf8(line.path.first(line.nodeLength)));
+        known.note = m_subscriptions.find(textOf(line.path.first(line.nodeLength)));
         known.noteVersion = m_subscriptionsVersion;
     }
     if (known.note == m_subscriptions.end())
@@ -308,7 +316,7 @@ void Dt3Manager::propertyLine(const IncomingLine &line)
 
 void Dt3Manager::childLine(const IncomingLine &line)
 {
-    const QString path = QString::fromUtf8(line.path);
+    const QString path = textOf(line.path);
     const qsizetype slash = path.lastIndexOf(u'/');
     const QString root = QStringLiteral("/");
     const QString parent = slash > 0 ? path.first(slash) : root;
@@ -322,8 +330,7 @@ void Dt3Manager::childLine(const IncomingLine &line)
 }
 
 /// Calls every sink that holds the node now and still holds it when its turn comes.
-template<typename Call>
-void Dt3Manager::forEachHolder(const Subscriptions::const_iterator &node, Call call)
+template <typename Call> void Dt3Manager::forEachHolder(const Subscriptions::const_iterator &node, Call call)
 {
     if (node == m_subscriptions.end())
         return;

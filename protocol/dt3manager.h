@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 
 class Dt3Sink;
 
@@ -26,14 +27,15 @@ struct Dt3Times
 {
     std::chrono::milliseconds connectionTimeout{90000}; ///< Without a connection, until it is reported.
     std::chrono::milliseconds reconnect{1000};          ///< Between two attempts to connect.
-    std::chrono::milliseconds openRetry{1000};          ///< Between two OPENs of a node that are not confirmed.
+    std::chrono::milliseconds openRetry{1000};          ///< Between two OPENs of a node while it is unconfirmed.
 };
 
 /// The one client of the device's core service: keeps the connection up, writes requests, and brings every
 /// incoming line to the sinks that asked for it.
 ///
-/// Sinks are borrowed and never called after they have closed the node or have been destroyed, not even by the
-/// line that is being handed out. Callbacks may send any request. All of it runs in the thread of the event loop.
+/// Sinks are borrowed. One that has closed a node hears of no change of it any more, not even by the line that is
+/// being handed out, and one that has been destroyed of nothing. Callbacks may send any request. All of it runs in
+/// the thread of the event loop.
 ///
 /// Over a loss of the connection the subscriptions stay as they are: whoever holds a node closes it on
 /// connectionStateChanged(false) and opens it again on connectionStateChanged(true).
@@ -61,12 +63,13 @@ public:
     /// @param value a caption of the catalogued property, or a raw value.
     void set(Dt3Sink *sink, const QString &propertyPath, const QString &value);
     void call(Dt3Sink *sink, const QString &methodPath, const QString &arguments);
-    /// Subscribes the sink to changes of the node, once the device confirms. Asks again every second, 32 times.
+    /// Subscribes the sink to changes of the node, once the device confirms. Asks 32 times in all, a second apart.
     Dt3OpenResult open(Dt3Sink *sink, const QString &nodePath);
-    /// Ends the sink's subscription, confirmed or not; the last one to leave closes the node at the device.
+    /// Ends the sink's subscription, confirmed or not; the last one to leave closes the node at the device,
+    /// and so does a sink that did not hold it where nobody else does or waits to.
     void close(Dt3Sink *sink, const QString &nodePath);
 
-    /// Handles bytes as one read from the connection yields them; a NUL ends the read.
+    /// Handles bytes as one read from the connection yields them; a NUL ends the read. Not from a callback.
     void receive(QByteArrayView bytes);
 
 signals:
@@ -106,8 +109,7 @@ private:
     Dt3Sink *answeredSink() const;
     void propertyLine(const IncomingLine &line);
     void childLine(const IncomingLine &line);
-    template<typename Call>
-    void forEachHolder(const Subscriptions::const_iterator &node, Call call);
+    template <typename Call> void forEachHolder(const Subscriptions::const_iterator &node, Call call);
     void dropSink(Dt3Sink *sink);
 
     const QString m_host;
@@ -125,6 +127,6 @@ private:
     quint16 m_requestCounter = 0; ///< Signature of the next request, 0 to 9999.
 
     LineSplitter m_splitter;
-    quint16 m_currentSignature = 0; ///< Of the answer block being read.
+    std::optional<quint16> m_currentSignature; ///< Of the answer block being read.
     PathCache<Subscriptions::const_iterator> m_paths;
 };

@@ -9,6 +9,7 @@
 /// A path in two parts has the port of the moment between them ("/MEDIA/PORTS/VIDEO" + "/I3" + "/STATUS.SignalType").
 /// setPath() and setPort() also enter the descriptor in the registry that turns captions into raw values by
 /// path; the last one to take a path owns its entry. A copy is not entered until it is given a path or port itself.
+/// A descriptor that is destroyed takes its own entry with it.
 class Dt3Property
 {
 public:

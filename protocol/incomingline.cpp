@@ -1,6 +1,7 @@
 #include "protocol/incomingline.h"
 
 #include <QByteArray>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
@@ -30,7 +31,7 @@ const char *find(QByteArrayView text, char c, qsizetype from = 0)
     return static_cast<const char *>(std::memchr(text.data() + from, c, size_t(text.size() - from)));
 }
 
-/// The four characters after "{" as a number; what is no digit counts for nothing.
+/// The four characters after "{" as a number; 0 if they are none.
 quint16 signatureOf(QByteArrayView line)
 {
     bool isNumber = false;
@@ -44,7 +45,13 @@ constexpr char afterBackslash(char c)
     case 'n': return '\n';
     case 'r': return '\r';
     case 't': return '\t';
-    case '#': case '%': case '(': case ')': case '\\': case '{': case '}': return c;
+    case '#':
+    case '%':
+    case '(':
+    case ')':
+    case '\\':
+    case '{':
+    case '}': return c;
     default: return 0;
     }
 }
@@ -66,8 +73,8 @@ IncomingLine IncomingLine::parse(QByteArrayView line)
         return result;
     }
 
-    const auto *prefix = std::find_if(std::begin(prefixes), std::end(prefixes),
-        [line](const Prefix &known) { return line.startsWith(known.text); });
+    const auto *prefix = std::find_if(
+        std::begin(prefixes), std::end(prefixes), [line](const Prefix &known) { return line.startsWith(known.text); });
     if (prefix == std::end(prefixes))
         return result;
     const Kind kind = prefix->kind;
@@ -75,7 +82,7 @@ IncomingLine IncomingLine::parse(QByteArrayView line)
     if (kind == Property || kind == Changed) {
         const char *dot = find(result.path, '.');
         if (!dot)
-            return result; // names no property
+            return result; // names no property that anyone could have asked for
         result.nodeLength = dot - result.path.data();
         if (const char *equals = find(result.path, '=', result.nodeLength)) {
             const qsizetype pathLength = equals - result.path.data();
@@ -87,11 +94,19 @@ IncomingLine IncomingLine::parse(QByteArrayView line)
     return result;
 }
 
+QString textOf(QByteArrayView utf8)
+{
+    if (!utf8.startsWith("\xef\xbb\xbf"))
+        return QString::fromUtf8(utf8);
+    // Three bytes that other readers take for a mark and swallow.
+    return QStringDecoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom)(utf8);
+}
+
 QString unescapeValue(QByteArrayView escaped)
 {
     const char *backslash = escaped.isEmpty() ? nullptr : find(escaped, '\\');
     if (!backslash)
-        return QString::fromUtf8(escaped);
+        return textOf(escaped);
 
     QByteArray plain;
     plain.reserve(escaped.size());
@@ -102,5 +117,5 @@ QString unescapeValue(QByteArrayView escaped)
         if (resolved)
             ++c;
     }
-    return QString::fromUtf8(plain);
+    return textOf(plain);
 }

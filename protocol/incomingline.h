@@ -7,25 +7,28 @@
 struct IncomingLine
 {
     enum Kind {
-        BlockStart,    ///< {0042: the answer to the request with this signature begins.
-        BlockEnd,      ///< }
-        Node,          ///< n- PATH: a child node, in an answer.
-        Opened,        ///< o- PATH: an OPEN is confirmed.
-        Property,      ///< pr or pw PATH=VALUE: a property, in an answer.
-        Changed,       ///< CHG PATH=VALUE
-        Added,         ///< NEW PATH: a node came
-        Removed,       ///< DEL PATH: a node went
-        Other          ///< Anything else; to be ignored.
+        BlockStart, ///< {0042: the answer to the request with this signature begins.
+        BlockEnd,   ///< }
+        Node,       ///< n- PATH: a child node, in an answer.
+        Opened,     ///< o- PATH: an OPEN is confirmed.
+        Property,   ///< pr or pw PATH=VALUE: a property, in an answer.
+        Changed,    ///< CHG PATH=VALUE
+        Added,      ///< NEW PATH: a node came
+        Removed,    ///< DEL PATH: a node went
+        Other       ///< Anything else; to be ignored.
     };
 
     Kind kind = Other;
-    quint16 signature = 0;      ///< Of BlockStart.
-    QByteArrayView path;        ///< A node's or a property's.
-    qsizetype nodeLength = 0;   ///< How much of a property's path is its node.
-    QByteArrayView value;       ///< Of Property and Changed, still escaped.
+    quint16 signature = 0;    ///< Of BlockStart.
+    QByteArrayView path;      ///< A node's or a property's.
+    qsizetype nodeLength = 0; ///< How much of a property's path is its node.
+    QByteArrayView value;     ///< Of Property and Changed, still escaped.
 
     static IncomingLine parse(QByteArrayView line);
 };
 
-/// Resolves the backslash escapes of a value and reads it as UTF-8; bytes that are none become U+FFFD.
+/// UTF-8 as text; bytes that are none become U+FFFD.
+QString textOf(QByteArrayView utf8);
+
+/// Resolves the backslash escapes of a value, then as textOf().
 QString unescapeValue(QByteArrayView escaped);

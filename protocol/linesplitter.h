@@ -14,8 +14,7 @@ public:
 
     /// Calls handle(QByteArrayView) for every complete, non-empty line, without its line end. The view is good
     /// for the call only. handle must not feed this splitter; it may reset() it.
-    template<typename Handle>
-    void feed(QByteArrayView chunk, Handle &&handle);
+    template <typename Handle> void feed(QByteArrayView chunk, Handle &&handle);
 
     /// Forgets the beginning of a line that is still waiting for its rest.
     void reset()
@@ -35,8 +34,7 @@ private:
     bool m_dropping = false; ///< The waiting line is too long.
 };
 
-template<typename Handle>
-void LineSplitter::feed(QByteArrayView chunk, Handle &&handle)
+template <typename Handle> void LineSplitter::feed(QByteArrayView chunk, Handle &&handle)
 {
     if (!m_waiting.empty()) {
         const size_t length = endOfWaiting(chunk);

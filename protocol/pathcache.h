@@ -1,5 +1,7 @@
 #pragma once
 
+#include "protocol/incomingline.h"
+
 #include <QByteArrayView>
 #include <QHash>
 #include <QString>
@@ -7,8 +9,7 @@
 /// The texts of property paths that have come by, found by their bytes, so that a known path costs no conversion.
 /// Each has a note of the user's own beside it. Small by construction: a service that invents ever new paths
 /// makes it start over.
-template<typename Note>
-class PathCache
+template <typename Note> class PathCache
 {
 public:
     struct Entry
@@ -25,12 +26,12 @@ public:
         if (known != m_entries.end())
             return *known;
         if (path.size() > longestPath) {
-            m_uncached = Entry{QString::fromUtf8(path)};
+            m_uncached = Entry{textOf(path)};
             return m_uncached;
         }
         if (m_entries.size() >= mostEntries)
             m_entries.clear();
-        return *m_entries.insert(path.toByteArray(), Entry{QString::fromUtf8(path)});
+        return *m_entries.insert(path.toByteArray(), Entry{textOf(path)});
     }
 
 private:

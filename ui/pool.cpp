@@ -20,7 +20,7 @@ Pool::Pool()
     setWindowFlag(Qt::FramelessWindowHint);
     setGeometry(0, 0, 320, 240);
     auto *layout = new QVBoxLayout(this);
-    auto *label = new QLabel(tr("The matrix is about to start."), this);
+    auto *label = new QLabel(QStringLiteral("The matrix is about to start."), this);
     label->setStyleSheet(QStringLiteral("*{ font-family: RobotoMedium; font-size: 19px; color: #FFFFFF}"));
     layout->addWidget(label, 0, Qt::AlignCenter);
     setFocusPolicy(Qt::StrongFocus); // keys are posted to the widget with the focus; without one they are lost

@@ -1,11 +1,14 @@
 #include "eventdevice.h"
 #include "frontpanel/rotaryencoderhandler.h"
 
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <climits>
 #include <linux/input-event-codes.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -63,8 +66,9 @@ private slots:
     void vanishedDeviceIsLeftAlone();
     void failingDeviceIsLeftAlone_data() { addBothHandlers(); }
     void failingDeviceIsLeftAlone();
-    void nothingToReadIsNoError_data() { addBothHandlers(); }
-    void nothingToReadIsNoError();
+    void nothingToReadIsToldAndNoMore_data() { addBothHandlers(); }
+    void nothingToReadIsToldAndNoMore();
+    void returningDeviceIsReadAgain();
     void keysWithoutFocusAreDropped_data() { addBothHandlers(); }
     void keysWithoutFocusAreDropped();
 };
@@ -211,7 +215,7 @@ void InputDevicesTest::failingDeviceIsLeftAlone()
     QTRY_VERIFY(!notifier->isEnabled());
 }
 
-void InputDevicesTest::nothingToReadIsNoError()
+void InputDevicesTest::nothingToReadIsToldAndNoMore()
 {
     QFETCH(bool, encoder);
     QFETCH(QByteArray, action);
@@ -220,9 +224,33 @@ void InputDevicesTest::nothingToReadIsNoError()
     QVERIFY(recorder.focus());
     EventDevice device;
     const auto handler = makeHandler(encoder, device.path());
-    QVERIFY(QMetaObject::invokeMethod(handler.get(), "processEvent")); // no warning
+    QFETCH(QString, warning);
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+    QVERIFY(QMetaObject::invokeMethod(handler.get(), "processEvent"));
     QVERIFY(device.send(action));
     QTRY_COMPARE(recorder.keys(), keys);
+}
+
+void InputDevicesTest::returningDeviceIsReadAgain()
+{
+    KeyRecorder recorder;
+    QVERIFY(recorder.focus());
+    QTemporaryDir folder;
+    const QString path = folder.filePath("encoder");
+    QCOMPARE(mkfifo(qPrintable(path), 0600), 0);
+    RotaryEncoderHandler handler(path);
+    const auto writeOnce = [&path](const QByteArray &records) {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(records) == records.size();
+    };
+    QTest::ignoreMessage(QtWarningMsg, "Error reading rotary events"); // once for the whole absence
+    QVERIFY(writeOnce(sync(1, 0)));
+    QTRY_COMPARE(recorder.keys(), "A+ A-");
+    QTRY_VERIFY(!handler.findChild<QSocketNotifier *>()->isEnabled());
+    QTest::ignoreMessage(QtWarningMsg, "Error reading rotary events"); // it goes again
+    QVERIFY(writeOnce(sync(5, 0)));
+    QTRY_COMPARE(recorder.keys(), "A+ A- A+ A-");
+    QTRY_VERIFY(!handler.findChild<QSocketNotifier *>()->isEnabled());
 }
 
 void InputDevicesTest::keysWithoutFocusAreDropped()

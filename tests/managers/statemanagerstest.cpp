@@ -27,8 +27,7 @@ private slots:
     void readsAgainAfterALoss();
 
 private:
-    template<typename Manager>
-    void subscribe(Manager &manager);
+    template <typename Manager> void subscribe(Manager &manager);
     QStringList requests() const;
     void change(const QStringList &properties);
 
@@ -65,8 +64,7 @@ QStringList StateManagersTest::requests() const
     return requests;
 }
 
-template<typename Manager>
-void StateManagersTest::subscribe(Manager &manager)
+template <typename Manager> void StateManagersTest::subscribe(Manager &manager)
 {
     manager.connectionStateChanged(true);
     QTRY_VERIFY(requests().join(' ').contains("GET"));

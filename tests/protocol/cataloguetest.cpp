@@ -27,24 +27,47 @@ void CatalogueTest::readsAndWritesCaptions_data()
     QTest::addColumn<QString>("caption");
 
     QTest::newRow("a boolean reads as words") << &propNetworkDhcpEnabled << "/MANAGEMENT/NETWORK.DhcpEnabled"
-                                              << "Enabled|Disabled" << "true" << "Enabled";
-    QTest::newRow("another boolean has words of its own")
-        << &propBuzzerEnabled << "/SYS/CECU/BUZZER.Enabled" << "On|Off" << "false" << "Off";
-    QTest::newRow("a lone value is its own caption")
-        << &propSerialBaudrate << "/MANAGEMENT/SERIAL.Baudrate" << "9600|19200|38400|57600|115200" << "38400" << "38400";
-    QTest::newRow("a hash is part of the value")
-        << &propSerialProtocol << "/MANAGEMENT/SERIAL.Protocol" << "DT2|P#2|DT3" << "P#2" << "P#2";
+                                              << "Enabled|Disabled"
+                                              << "true"
+                                              << "Enabled";
+    QTest::newRow("another boolean has words of its own") << &propBuzzerEnabled << "/SYS/CECU/BUZZER.Enabled"
+                                                          << "On|Off"
+                                                          << "false"
+                                                          << "Off";
+    QTest::newRow("a lone value is its own caption") << &propSerialBaudrate << "/MANAGEMENT/SERIAL.Baudrate"
+                                                     << "9600|19200|38400|57600|115200"
+                                                     << "38400"
+                                                     << "38400";
+    QTest::newRow("a hash is part of the value") << &propSerialProtocol << "/MANAGEMENT/SERIAL.Protocol"
+                                                 << "DT2|P#2|DT3"
+                                                 << "P#2"
+                                                 << "P#2";
     QTest::newRow("some values of a list are their own captions")
-        << &propPortSettingsForcedSignalType << "/MEDIA/PORTS/VIDEO/SETTINGS.ForcedSignalType" << "Auto|HDMI|DVI"
-        << "AUTO" << "Auto";
+        << &propPortSettingsForcedSignalType << "/MEDIA/PORTS/VIDEO/SETTINGS.ForcedSignalType"
+        << "Auto|HDMI|DVI"
+        << "AUTO"
+        << "Auto";
     QTest::newRow("four captions") << &propPortEmbeddedAudioAudioModeC << "/MEDIA/PORTS/VIDEO/EMBEDDEDAUDIO.AudioMode"
-                                   << "Off|DP Only|Analog Only|DP and Analog" << "HDMI+ANALOG" << "DP and Analog";
+                                   << "Off|DP Only|Analog Only|DP and Analog"
+                                   << "HDMI+ANALOG"
+                                   << "DP and Analog";
     QTest::newRow("order of the list, not of the words")
         << &propPortSettingsForcedHdmi2TmdsClockRate << "/MEDIA/PORTS/VIDEO/SETTINGS.ForcedHdmi2TmdsClockRate"
-        << "Auto|Forced 1/10|Forced 1/40" << "ON" << "Forced 1/40";
-    QTest::newRow("no captions") << &propPowerPsu1 << "/MANAGEMENT/POWER.Psu1" << "" << "12.1 V" << "12.1 V";
-    QTest::newRow("a root property") << &propPartNumber << "/.PartNumber" << "" << "1" << "1";
-    QTest::newRow("the last of all") << &propBootloaderProgress << "/MANAGEMENT/BOOTLOADER.Progress" << "" << "5" << "5";
+        << "Auto|Forced 1/10|Forced 1/40"
+        << "ON"
+        << "Forced 1/40";
+    QTest::newRow("no captions") << &propPowerPsu1 << "/MANAGEMENT/POWER.Psu1"
+                                 << ""
+                                 << "12.1 V"
+                                 << "12.1 V";
+    QTest::newRow("a root property") << &propPartNumber << "/.PartNumber"
+                                     << ""
+                                     << "1"
+                                     << "1";
+    QTest::newRow("the last of all") << &propBootloaderProgress << "/MANAGEMENT/BOOTLOADER.Progress"
+                                     << ""
+                                     << "5"
+                                     << "5";
 }
 
 void CatalogueTest::readsAndWritesCaptions()

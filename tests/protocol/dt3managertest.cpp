@@ -1,5 +1,6 @@
-#include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
+
+#include "protocol/catalogue.h"
 #include "tests/protocol/recordingsink.h"
 #include "tests/support/scriptedservice.h"
 
@@ -70,8 +71,9 @@ void Dt3ManagerTest::answersReachTheirSinkOnly()
     RecordingSink other;
     link.manager.get(&link.sink, "/MEDIA/PRESET");
     link.manager.get(&other, "/A.B");
-    link.service.sendLines({"{0000", "n- /MEDIA/PRESET/one", "pr /MEDIA/PRESET.X=a=b", "m- anything", "}",
-        "pr /A.B=after the block", "{0001", "pw /A.B=\\#1", "n- /A/C", "} end", "{0000", "pr /A.B=twice", "}", "{0001"});
+    link.service.sendLines(
+        {"{0000", "n- /MEDIA/PRESET/one", "pr /MEDIA/PRESET.X=a=b", "m- anything", "}", "pr /A.B=after the block",
+            "{0001", "pw /A.B=\\#1", "n- /A/C", "} end", "{0000", "pr /A.B=twice", "}", "{0001"});
     QTRY_COMPARE(other.news, (QStringList{"received /A.B=#1", "node /A/C"}));
     QCOMPARE(link.sink.news, (QStringList{"node /MEDIA/PRESET/one", "received /MEDIA/PRESET.X=a=b"}));
 }
@@ -102,6 +104,8 @@ void Dt3ManagerTest::dropsUnansweredRequests_data()
         << 3 << 4 << "{0005" << QStringList{"3", "4"} << QStringList{"0005", "0006"};
     QTest::newRow("a block nobody asked for clears all before it")
         << 0 << 2 << "{0007" << QStringList{"0", "1"} << QStringList{};
+    QTest::newRow("half a circle of unanswered ones")
+        << 0 << 5002 << "{0001" << QStringList{"0"} << QStringList{"0001", "0002", "5001"};
     QTest::newRow("the counter wraps after 9999")
         << 9998 << 3 << "{9998" << QStringList{} << QStringList{"9998", "9999", "0000"};
     QTest::newRow("0000 is younger than 9997")
@@ -182,7 +186,7 @@ void Dt3ManagerTest::cutLineIsNotGluedToTheNextConnection()
     link.service.dropClient();
     QTRY_COMPARE(spy.count(), 2);
     QTRY_VERIFY(link.service.hasClient());
-    link.service.sendLines({"pr /A.B=2", "}"});
+    link.service.sendLines({"pr /A.B=outside a block", "{0000", "pr /A.B=2", "}"});
     QTRY_COMPARE(link.sink.news, (QStringList{"received /A.B=1", "received /A.B=2"}));
 }
 

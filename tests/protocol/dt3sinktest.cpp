@@ -1,6 +1,7 @@
+#include "protocol/dt3sink.h"
+
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
-#include "protocol/dt3sink.h"
 #include "tests/support/scriptedservice.h"
 
 #include <QSignalSpy>
@@ -55,10 +56,18 @@ void Dt3SinkTest::setValue_data()
     QTest::addColumn<QString>("methodPath");
     QTest::addColumn<QString>("request");
 
-    QTest::newRow("its own path") << "" << "" << "SET /T.Value=1";
-    QTest::newRow("a write path") << "/T.Target" << "" << "SET /T.Target=1";
-    QTest::newRow("a method") << "" << "/T:setValue" << "CALL /T:setValue(1)";
-    QTest::newRow("a method before a write path") << "/T.Target" << "/T:setValue" << "CALL /T:setValue(1)";
+    QTest::newRow("its own path") << ""
+                                  << ""
+                                  << "SET /T.Value=1";
+    QTest::newRow("a write path") << "/T.Target"
+                                  << ""
+                                  << "SET /T.Target=1";
+    QTest::newRow("a method") << ""
+                              << "/T:setValue"
+                              << "CALL /T:setValue(1)";
+    QTest::newRow("a method before a write path") << "/T.Target"
+                                                  << "/T:setValue"
+                                                  << "CALL /T:setValue(1)";
 }
 
 void Dt3SinkTest::setValue()

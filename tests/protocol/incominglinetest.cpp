@@ -1,4 +1,5 @@
 #include "protocol/incomingline.h"
+
 #include "protocol/linesplitter.h"
 
 #include <QTest>
@@ -136,6 +137,7 @@ void IncomingLineTest::unescapes_data()
     QTest::newRow("a pair and a letter") << QByteArray(R"(\\n)") << R"(\n)";
     QTest::newRow("UTF-8") << QByteArray("Caf\xc3\xa9 \\#1") << QString::fromUtf8("Café #1");
     QTest::newRow("bytes that are not UTF-8") << QByteArray("a\xff\xfe\\nb") << QString::fromUtf16(u"a\ufffd\ufffd\nb");
+    QTest::newRow("a byte order mark is a character") << QByteArray("\xef\xbb\xbfx") << QChar(0xfeff) + QString("x");
     QTest::newRow("longer than a kilobyte") << QByteArray(5000, 'v') + "\\t" << QString(5000, u'v') + "\t";
 }
 
