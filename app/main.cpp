@@ -1,3 +1,4 @@
+#include "app/endrequests.h"
 #include "app/wiring.h"
 #include "frontpanel/controllockfilter.h"
 #include "frontpanel/controlpanelhandler.h"
@@ -10,7 +11,9 @@
 #include "managers/crosspointmanager.h"
 #include "managers/frontpanelstatemanager.h"
 #include "managers/operationstatemanager.h"
+#include "managers/presetmanager.h"
 #include "managers/upgradestatemanager.h"
+#include "managers/variantmanager.h"
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
 #include "ui/pool.h"
@@ -24,9 +27,8 @@
 namespace {
 
 /// The layout id of the frame that the EEPROM names; 0 when it could not be told in three attempts.
-int identifyFrame()
+int identifyFrame(FrameIdentification &identification)
 {
-    FrameIdentification &identification = FrameIdentification::instance();
     for (int attempt = 0; attempt < 3; ++attempt) {
         if (identification.open() == 0) {
             const int code = identification.variantCode();
@@ -57,18 +59,22 @@ void loadFonts()
 
 int main(int argc, char **argv)
 {
+    EndRequests endRequests; // before there are other threads
     QApplication application(argc, argv);
+    endRequests.watch();
     fillCatalogue(); // before anyone copies or uses an entry
+    VariantManager *variant = VariantManager::instance();
 
     RotaryEncoderHandler encoder(QStringLiteral("/dev/input/event0"));
     ControlPanelHandler panel1(QStringLiteral("/dev/input/event2"), 0);
     ControlPanelHandler panel2(QStringLiteral("/dev/input/event3"), 40);
     ControlPanelHandler panel3(QStringLiteral("/dev/input/event4"), 80);
+    FrameIdentification &identification = FrameIdentification::instance();
     FrontLogic logic({&panel1, &panel2, &panel3});
 
     if (isSupportedSoc())
         disableOverlayAlpha();
-    logic.setLayout(identifyFrame());
+    logic.setLayout(identifyFrame(identification));
 
     ControlLockFilter filter(&logic);
     application.installEventFilter(&filter);
@@ -84,8 +90,11 @@ int main(int argc, char **argv)
     FrontPanelStateManager frontPanelState;
     OperationStateManager operationState;
     UpgradeStateManager upgradeState;
-    connectHouse({*dt3, crosspoint, frontPanelState, operationState, upgradeState, filter, logic});
+    connectHouse({*dt3, *variant, crosspoint, frontPanelState, operationState, upgradeState, *PresetManager::instance(),
+        filter, logic});
 
     dt3->connectToDevice();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    PresetManager::destroyInstance();
+    return status;
 }

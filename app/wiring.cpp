@@ -5,16 +5,20 @@
 #include "managers/crosspointmanager.h"
 #include "managers/frontpanelstatemanager.h"
 #include "managers/operationstatemanager.h"
+#include "managers/presetmanager.h"
 #include "managers/upgradestatemanager.h"
+#include "managers/variantmanager.h"
 #include "protocol/dt3manager.h"
 
 void connectHouse(const House &house)
 {
     Dt3Manager *dt3 = &house.dt3;
+    VariantManager *variant = &house.variant;
     CrosspointManager *crosspoint = &house.crosspoint;
     FrontPanelStateManager *frontPanelState = &house.frontPanelState;
     OperationStateManager *operationState = &house.operationState;
     UpgradeStateManager *upgradeState = &house.upgradeState;
+    PresetManager *preset = &house.preset;
     ControlLockFilter *filter = &house.filter;
     FrontLogic *logic = &house.logic;
 
@@ -25,10 +29,12 @@ void connectHouse(const House &house)
     using Upgrade = UpgradeStateManager;
 
     // clang-format off
+    connect(dt3, &Dt3::connectionStateChanged, variant, &VariantManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, crosspoint, &CrosspointManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, frontPanelState, &FrontPanelStateManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, operationState, &OperationStateManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, upgradeState, &Upgrade::connectionStateChanged);
+    connect(dt3, &Dt3::connectionStateChanged, preset, &PresetManager::connectionStateChanged);
 
     connect(filter, &ControlLockFilter::wakeUpAction, operationState, &OperationStateManager::wakeUp);
     connect(upgradeState, &Upgrade::upgradeStateChanged, filter, &ControlLockFilter::upgradeStateChanged);
@@ -43,6 +49,9 @@ void connectHouse(const House &house)
     connect(logic, &FrontLogic::connectCrosspoint, crosspoint, &CrosspointManager::connect);
     connect(logic, &FrontLogic::lockDestination, crosspoint, &CrosspointManager::lockDestination);
     connect(logic, &FrontLogic::unlockDestination, crosspoint, &CrosspointManager::unlockDestination);
+
+    connect(logic, &FrontLogic::presetLoad, preset, &PresetManager::loadPresetByButtonNum);
+    connect(logic, &FrontLogic::presetSave, preset, &PresetManager::createPresetByButtonNum);
 
     connect(frontPanelState, &FrontPanelStateManager::controlLockStateChanged, logic, &FrontLogic::onControlLockStatusChange);
     connect(frontPanelState, &FrontPanelStateManager::autotakeModeChanged, logic, &FrontLogic::onAutotakeModeChange);

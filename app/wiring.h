@@ -6,16 +6,20 @@ class Dt3Manager;
 class FrontLogic;
 class FrontPanelStateManager;
 class OperationStateManager;
+class PresetManager;
 class UpgradeStateManager;
+class VariantManager;
 
 /// Everybody who is connected with somebody. All borrowed; they live until the event loop has ended.
 struct House
 {
     Dt3Manager &dt3;
+    VariantManager &variant;
     CrosspointManager &crosspoint;
     FrontPanelStateManager &frontPanelState;
     OperationStateManager &operationState;
     UpgradeStateManager &upgradeState;
+    PresetManager &preset;
     ControlLockFilter &filter;
     FrontLogic &logic;
 };

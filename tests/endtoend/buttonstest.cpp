@@ -26,12 +26,24 @@ void ButtonsTest::takesARoute_data()
     QTest::addColumn<int>("take");
     QTest::addColumn<QString>("route");
 
-    QTest::newRow("8 x 8") << 1 << "1.3" << "1.17" << "1.24" << 33 << "I3:-O1;I3:-O8;";
-    QTest::newRow("16 x 16") << 4 << "1.16" << "1.17" << "1.31" << 33 << "I16:-O1;I16:-O15;";
-    QTest::newRow("16 x 20 with audio") << 20 << "1.17" << "2.1" << "2.28" << 36 << "I9:-O1;I9:-O20;";
-    QTest::newRow("24 x 24") << 8 << "2.1" << "2.17" << "3.24" << 33 << "I17:-O1;I17:-O24;";
-    QTest::newRow("32 x 40 with audio") << 21 << "1.32" << "2.1" << "3.8" << 33 << "I32:-O1;I32:-O40;";
-    QTest::newRow("48 x 48") << 17 << "2.1" << "2.17" << "3.32" << 33 << "I33:-O1;I33:-O48;";
+    QTest::newRow("8 x 8") << 1 << "1.3"
+                           << "1.17"
+                           << "1.24" << 33 << "I3:-O1;I3:-O8;";
+    QTest::newRow("16 x 16") << 4 << "1.16"
+                             << "1.17"
+                             << "1.31" << 33 << "I16:-O1;I16:-O15;";
+    QTest::newRow("16 x 20 with audio") << 20 << "1.17"
+                                        << "2.1"
+                                        << "2.28" << 36 << "I9:-O1;I9:-O20;";
+    QTest::newRow("24 x 24") << 8 << "2.1"
+                             << "2.17"
+                             << "3.24" << 33 << "I17:-O1;I17:-O24;";
+    QTest::newRow("32 x 40 with audio") << 21 << "1.32"
+                                        << "2.1"
+                                        << "3.8" << 33 << "I32:-O1;I32:-O40;";
+    QTest::newRow("48 x 48") << 17 << "2.1"
+                             << "2.17"
+                             << "3.32" << 33 << "I33:-O1;I33:-O48;";
 }
 
 void ButtonsTest::takesARoute()
@@ -105,7 +117,7 @@ void ButtonsTest::autotakeFollowsTheDevice()
     QTRY_COMPARE(front.led(1, 17), 1); // destination 1 is selected
     front.tap(1, 5);
     QTRY_COMPARE(front.requests().last(), "CALL /MEDIA/XP/VIDEO:connect(I5:-O1;)");
-    QTRY_COMPARE(front.led(1, 5), 1); // when the device has switched
+    QTRY_COMPARE(front.led(1, 5), 1);                                              // when the device has switched
     QVERIFY(front.device().core().setProperty("/SYS/CECU/LCD.AutoTake", "false")); // switched off elsewhere
     QTRY_COMPARE(front.led(1, 33), 0);
     QCOMPARE(front.led(1, 5), 0);
@@ -153,8 +165,8 @@ void ButtonsTest::upgradeShowsItsProgress()
     QVERIFY(front.start());
     front.device().core().startUpgrade(std::chrono::milliseconds(1500));
     QTRY_VERIFY(front.leds().contains("1.1=2")); // the bar begins at the first source
-    front.tap(1, 3);                  // swallowed
-    QTRY_COMPARE(front.led(1, 24), 1); // beyond the last destination, all are lit
+    front.tap(1, 3);                             // swallowed
+    QTRY_COMPARE(front.led(1, 24), 1);           // beyond the last destination, all are lit
     QTRY_COMPARE(front.led(1, 1), 0);
     front.tap(1, 3);
     QTRY_COMPARE(front.led(1, 3), 1);
