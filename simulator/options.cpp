@@ -56,12 +56,11 @@ QString exitCodes()
     return text;
 }
 
-/// gdb takes the program's arguments for its own without --args.
 QStringList wrapperCommand(const QString &command)
 {
     QStringList words = QProcess::splitCommand(command);
-    if (words.size() == 1 && words.first().section('/', -1) == "gdb")
-        words += QStringLiteral("--args");
+    if (words.value(0).section('/', -1) == "strace")
+        words.insert(1, QStringLiteral("-I2")); // with -o it would not heed SIGTERM, and leave the program behind
     return words;
 }
 

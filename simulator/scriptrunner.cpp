@@ -65,8 +65,12 @@ void ScriptRunner::next()
 void ScriptRunner::noteProgramEnd()
 {
     const ProgramEnd programEnd = *m_device.programEnd();
-    if (m_ended || (programEnd.how == ProgramEnd::How::Exited && expectsExit()))
+    if (m_ended)
         return;
+    if (programEnd.how == ProgramEnd::How::Exited && expectsExit()) {
+        emit progressed(programEnd.text);
+        return;
+    }
     end(programEnd.how == ProgramEnd::How::NotStarted ? ExitCode::Missing : ExitCode::Failed,
         place() + programEnd.text);
 }

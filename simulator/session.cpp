@@ -194,18 +194,15 @@ void Session::noteScriptEnd(ExitCode code, const QString &text)
 
 void Session::noteProgramEnd(const ProgramEnd &programEnd)
 {
-    if (SignalWatcher::hasCome() || m_ending)
-        return;
-    const bool notStarted = programEnd.how == ProgramEnd::How::NotStarted;
+    if (SignalWatcher::hasCome() || m_script)
+        return; // we or the script know what it means
     const bool well = programEnd.how == ProgramEnd::How::Exited && programEnd.exitCode == 0;
-    if (m_script)
-        m_printer.print(programEnd.text); // what it means is the script's business
-    else if (notStarted)
+    if (programEnd.how == ProgramEnd::How::NotStarted)
         end(ExitCode::Missing, programEnd.text);
-    else if (!m_options.wrapper.isEmpty())
-        end(well ? ExitCode::Ok : ExitCode::Failed, well ? QString() : programEnd.text);
-    else
+    else if (m_options.wrapper.isEmpty())
         m_printer.print(programEnd.text);
+    else
+        end(well ? ExitCode::Ok : ExitCode::Failed, well ? QString() : programEnd.text);
 }
 
 void Session::stop()

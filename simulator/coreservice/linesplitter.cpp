@@ -10,7 +10,7 @@ QList<LineSplitter::Line> LineSplitter::feed(const QByteArray &bytes)
         append(bytes.mid(start, end - start));
         if (m_line.text.endsWith('\r'))
             m_line.text.chop(1);
-        m_line.tooLong |= m_line.text.size() > maxLineLength;
+        m_line.tooLong = m_line.text.size() > maxLineLength;
         lines.append(std::exchange(m_line, {}));
         start = end + 1;
     }
@@ -20,7 +20,6 @@ QList<LineSplitter::Line> LineSplitter::feed(const QByteArray &bytes)
 
 void LineSplitter::append(const QByteArray &bytes)
 {
-    const qsizetype room = maxLineLength + 1 - m_line.text.size(); // one more for the "\r"
-    m_line.text += bytes.left(room);
-    m_line.tooLong |= bytes.size() > room;
+    // one byte to tell that it is too long, one more for the "\r"
+    m_line.text += bytes.left(maxLineLength + 2 - m_line.text.size());
 }

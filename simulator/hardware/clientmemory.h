@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-struct _UMockdevIoctlData;
+struct _UMockdevIoctlData; // NOLINT(bugprone-reserved-identifier): umockdev's name
 
 /// Memory of the program whose ioctl request is being answered, as a local copy; what is changed in it reaches the
 /// program together with the answer. Valid until then.

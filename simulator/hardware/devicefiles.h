@@ -6,8 +6,8 @@
 #include <vector>
 
 class IoctlDevice;
-struct _UMockdevIoctlBase;
-struct _UMockdevTestbed;
+struct _UMockdevIoctlBase; // NOLINT(bugprone-reserved-identifier): umockdev's name
+struct _UMockdevTestbed;   // NOLINT(bugprone-reserved-identifier): umockdev's name
 
 /// A tree of device files that takes the place of "/dev" and "/sys" for a program started with the preload library
 /// and this tree as UMOCKDEV_DIR. Paths are the program's ("/dev/fb0"). This process itself sees the machine's own

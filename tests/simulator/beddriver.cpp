@@ -5,7 +5,8 @@
 ///   beddriver read A:OFFSET:LEN   the EEPROM at 7-bit address A (hexadecimal), or the error code
 ///   beddriver write OFFSET:TEXT   into the EEPROM, in one transfer whatever the pages say
 ///   beddriver next LEN            the EEPROM from its own address counter on
-///   beddriver leds PATH:FIRST:N   writes the N LED records with codes from FIRST on, value code % 3, in odd pieces
+///   beddriver leds PATH:FIRST:N   writes the N LED records with codes from FIRST on, value code % 3
+///   beddriver halves PATH:CODE    writes one half of such a record, and the other after a key
 ///   beddriver farewell PATH       stays until SIGTERM, then floods the device with LED records and makes one last
 ///   request beddriver events PATH:SIZE:N  waits for N records of this size and prints them beddriver open PATH opens a
 ///   device for good beddriver paint RRGGBB        fills the LCD beddriver say TEXT:REST       TEXT to standard output
@@ -127,22 +128,37 @@ struct CompactRecord
     int32_t value;
 };
 
+CompactRecord ledRecord(unsigned code)
+{
+    return {0, 0, EV_LED, static_cast<uint16_t>(code), static_cast<int32_t>(code % 3)};
+}
+
 void writeLeds(const Words &words)
 {
     const int fd = openDevice(words[0]);
-    std::vector<char> bytes;
     const unsigned first = number(words[1]);
     for (unsigned code = first; code < first + number(words[2]); ++code) {
-        const CompactRecord record{0, 0, EV_LED, static_cast<uint16_t>(code), static_cast<int32_t>(code % 3)};
-        const auto *start = reinterpret_cast<const char *>(&record);
-        bytes.insert(bytes.end(), start, start + sizeof record);
-    }
-    for (size_t at = 0; at < bytes.size(); at += 7) {
-        if (write(fd, bytes.data() + at, std::min<size_t>(7, bytes.size() - at)) < 0)
+        const CompactRecord record = ledRecord(code);
+        if (write(fd, &record, sizeof record) != sizeof record)
             print("write failed");
     }
     close(fd);
-    print("leds written");
+}
+
+void writeHalves(const Words &words)
+{
+    const int fd = openDevice(words[0]);
+    const CompactRecord record = ledRecord(number(words[1]));
+    constexpr size_t half = sizeof record / 2;
+    const auto *bytes = reinterpret_cast<const char *>(&record);
+    if (write(fd, bytes, half) != half)
+        print("write failed");
+    print("half");
+    pollfd key{fd, POLLIN, 0};
+    poll(&key, 1, -1);
+    if (write(fd, bytes + half, half) != half)
+        print("write failed");
+    close(fd);
 }
 
 void farewell(const Words &words)
@@ -250,6 +266,7 @@ const std::map<std::string, std::function<void(const Words &)>> commands{
     {"write", writeEeprom},
     {"next", readOn},
     {"leds", writeLeds},
+    {"halves", writeHalves},
     {"farewell", farewell},
     {"events", readEvents},
     {"open", [](const Words &words) { openDevice(words[0]); }},

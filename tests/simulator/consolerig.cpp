@@ -1,5 +1,6 @@
 #include "tests/simulator/consolerig.h"
 
+#include <QSignalSpy>
 #include <QSocketNotifier>
 #include <QTest>
 
@@ -32,6 +33,10 @@ ConsoleRig::ConsoleRig()
     m_opening.connectToServer(root() + QStringLiteral("/ioctl/dev/input/event2"));
     if (!m_opening.waitForConnected())
         qFatal("%s", qPrintable(m_opening.errorString()));
+    QSignalSpy leds(&device.bed(), &TestBed::ledWritten);
+    writeLed(0, 0); // no LED, but reported
+    if (!leds.wait())
+        qFatal("the bed does not notice that its panel has been opened");
 }
 
 CommandResult ConsoleRig::run(const QString &line)

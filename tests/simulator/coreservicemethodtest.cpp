@@ -299,6 +299,7 @@ void CoreServiceMethodTest::presetNames()
         m_client->request("CALL /MEDIA/PRESET:create(" + name + ",VIDEO)"), QStringList{"m- /MEDIA/PRESET:create"});
     QCOMPARE(m_client->request("GET /MEDIA/PRESET"), QStringList{"n- " + path});
     QCOMPARE(m_client->request("GET " + path), QStringList());
+    QCOMPARE(m_client->request("GET " + path + ".*"), QStringList());
     QCOMPARE(m_client->request("CALL " + path + ":load()"), QStringList{"m- " + path + ":load"});
     QCOMPARE(m_service->presetNames(), QStringList{name});
     QCOMPARE(m_client->request("CALL " + path + ":delete()"), QStringList{"m- " + path + ":delete"});
@@ -381,6 +382,7 @@ void CoreServiceMethodTest::refusesPresets()
 
 void CoreServiceMethodTest::deviceChangesPresets()
 {
+    CoreServiceClient deaf(m_service->port()); // opened nothing
     m_client->request("OPEN /MEDIA/PRESET");
     m_service->addPreset("B");
     m_service->addPreset("A");
@@ -388,6 +390,7 @@ void CoreServiceMethodTest::deviceChangesPresets()
     QVERIFY(m_service->removePreset("A"));
     QVERIFY(!m_service->removePreset("A"));
     QCOMPARE(m_client->takeNews(), (QStringList{"NEW /MEDIA/PRESET/B", "NEW /MEDIA/PRESET/A", "DEL /MEDIA/PRESET/A"}));
+    QCOMPARE(deaf.takeNews(), QStringList());
     QCOMPARE(m_service->presetNames(), QStringList{"B"});
 }
 
@@ -412,6 +415,11 @@ void CoreServiceMethodTest::upgrades()
         last = percent;
     }
     QCOMPARE(last, 100);
+
+    CoreService other(frameDescriptors()[0]);
+    other.startUpgrade(30ms);
+    QTRY_COMPARE(other.property(node + ".Status").value_or(""), "READY");
+    QCOMPARE(m_client->takeNews(), QStringList()); // it is over, and stays so
 }
 
 void CoreServiceMethodTest::restoresFactoryDefaults()

@@ -4,7 +4,7 @@ target_link_libraries(beddriver PRIVATE hardware house_warnings)
 add_executable(bedwidget bedwidget.cpp)
 target_link_libraries(bedwidget PRIVATE Qt6::Widgets house_warnings)
 
-foreach(name testbedtest testbedprogramtest testbedscreentest)
+foreach(name testbedtest testbedinputtest testbedprogramtest testbedscreentest)
     house_test(${name} SOURCES ${name}.cpp testbedrig.cpp testbedrig.h LIBRARIES simhardware LABELS simulator)
     add_dependencies(${name} beddriver bedwidget)
 endforeach()

@@ -193,6 +193,7 @@ void TestBedProgramTest::bedRemovesItsFiles()
         TestBedRig rig;
         root = rig.bed.programEnvironment().value("UMOCKDEV_DIR");
         QVERIFY(QFileInfo::exists(root + "/dev/fb0"));
+        QCOMPARE(terminals(), before + 5);
         runner.start(driverPath(), rig.bed.programEnvironment(), {}, arguments);
         QTRY_VERIFY(messages.count() >= arguments.count() / 2);
     }

@@ -28,6 +28,16 @@ void TestBedRig::start(const QStringList &arguments, const QString &helper)
     runner.start(QCoreApplication::applicationDirPath() + u'/' + helper, bed.programEnvironment(), {}, arguments);
 }
 
+QStringList TestBedRig::events() const
+{
+    QStringList found;
+    for (const QString &line : printed) {
+        if (line.startsWith(u"event "))
+            found << line.section(u' ', 2);
+    }
+    return found;
+}
+
 bool TestBedRig::waitUntilPrinted(const QString &line)
 {
     return QTest::qWaitFor([this, line] { return printed.contains(line); }, patience);

@@ -14,6 +14,8 @@ public:
 
     /// @param helper name of the executable beside the test.
     void start(const QStringList &arguments, const QString &helper = QStringLiteral("beddriver"));
+    /// Type, code and value of the records it has printed.
+    QStringList events() const;
     /// Generously timed, for busy machines. False: it did not come to that.
     bool waitUntilPrinted(const QString &line);
     bool waitUntilEnded(int times = 1);
