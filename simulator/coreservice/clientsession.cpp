@@ -8,7 +8,7 @@ ClientSession::ClientSession(QTcpSocket *socket, PropertyTree &tree, QObject *pa
     , m_tree(tree)
 {
     m_socket->setParent(this);
-    m_socket->setReadBufferSize(LineSplitter::maxLineLength); // between two reads the answers find time to leave
+    m_socket->setReadBufferSize(RequestSplitter::maxLineLength); // between two reads the answers find time to leave
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(m_socket, &QTcpSocket::readyRead, this, &ClientSession::readRequests);
     connect(m_socket, &QTcpSocket::disconnected, this, &ClientSession::closed);
@@ -31,13 +31,13 @@ void ClientSession::cutOff() { m_socket->abort(); }
 
 void ClientSession::readRequests()
 {
-    const QList<LineSplitter::Line> lines = m_splitter.feed(m_socket->readAll());
-    for (const LineSplitter::Line &line : lines)
+    const QList<RequestSplitter::Line> lines = m_splitter.feed(m_socket->readAll());
+    for (const RequestSplitter::Line &line : lines)
         if (isConnected()) // a request may end in the link being dropped
             handle(line);
 }
 
-void ClientSession::handle(const LineSplitter::Line &line)
+void ClientSession::handle(const RequestSplitter::Line &line)
 {
     const QString text = QString::fromUtf8(line.text);
     if (text.isEmpty()) // somebody at a terminal pressed Return

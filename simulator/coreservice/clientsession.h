@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/coreservice/linesplitter.h"
+#include "simulator/coreservice/requestsplitter.h"
 #include "simulator/coreservice/propertytree.h"
 #include "simulator/coreservice/request.h"
 
@@ -33,7 +33,7 @@ signals:
 
 private:
     void readRequests();
-    void handle(const LineSplitter::Line &line);
+    void handle(const RequestSplitter::Line &line);
     QStringList answer(const Request &request);
     QStringList open(const QString &node);
     QStringList close(const QString &node);
@@ -45,6 +45,6 @@ private:
 
     QTcpSocket *m_socket;
     PropertyTree &m_tree;
-    LineSplitter m_splitter;
+    RequestSplitter m_splitter;
     QSet<QString> m_opened;
 };

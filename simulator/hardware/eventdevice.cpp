@@ -31,7 +31,7 @@ EventDevice::EventDevice(RecordFormat format)
         this, &EventDevice::openedByProgram, this, [this] { m_readable.setEnabled(true); }, Qt::QueuedConnection);
 }
 
-void EventDevice::report(const InputRecord &record, std::chrono::microseconds time)
+void EventDevice::report(const EventRecord &record, std::chrono::microseconds time)
 {
     deliver(encodeRecord(record, time, m_format) + encodeRecord({EV_SYN, SYN_REPORT, 0}, time, m_format));
 }
@@ -71,7 +71,7 @@ void EventDevice::receive()
     const QByteArray records = m_received.first(m_received.size() - m_received.size() % compactRecordSize);
     m_received.remove(0, records.size());
     for (qsizetype at = 0; at < records.size(); at += compactRecordSize) {
-        const InputRecord record = decodeCompactRecord(records.constData() + at);
+        const EventRecord record = decodeCompactRecord(records.constData() + at);
         if (record.type == EV_LED)
             emit ledWritten(record.code, record.value);
     }

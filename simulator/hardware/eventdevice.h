@@ -20,7 +20,7 @@ public:
 
     /// One event: its record and the synchronisation record that closes it.
     /// @param time since the epoch.
-    void report(const InputRecord &record, std::chrono::microseconds time);
+    void report(const EventRecord &record, std::chrono::microseconds time);
     /// Bytes as they are. They wait while the program does not read; when too many wait already, they are lost.
     void deliver(const QByteArray &bytes);
 

@@ -9,7 +9,7 @@ struct CompactRecord
 {
     int32_t seconds;
     int32_t microseconds;
-    InputRecord record;
+    EventRecord record;
 };
 static_assert(sizeof(CompactRecord) == compactRecordSize);
 
@@ -20,7 +20,7 @@ template <typename T> QByteArray bytesOf(const T &object)
 
 } // namespace
 
-QByteArray encodeRecord(const InputRecord &record, std::chrono::microseconds time, RecordFormat format)
+QByteArray encodeRecord(const EventRecord &record, std::chrono::microseconds time, RecordFormat format)
 {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
     const auto rest = (time - seconds).count();
@@ -35,7 +35,7 @@ QByteArray encodeRecord(const InputRecord &record, std::chrono::microseconds tim
     return bytesOf(event);
 }
 
-InputRecord decodeCompactRecord(const char *bytes)
+EventRecord decodeCompactRecord(const char *bytes)
 {
     CompactRecord whole;
     std::memcpy(&whole, bytes, sizeof whole);

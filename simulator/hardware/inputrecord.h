@@ -6,7 +6,7 @@
 #include <cstdint>
 
 /// One record of an input device, apart from its time.
-struct InputRecord
+struct EventRecord
 {
     uint16_t type;
     uint16_t code;
@@ -22,7 +22,7 @@ enum class RecordFormat {
 constexpr qsizetype compactRecordSize = 16;
 
 /// @param time since the epoch.
-QByteArray encodeRecord(const InputRecord &record, std::chrono::microseconds time, RecordFormat format);
+QByteArray encodeRecord(const EventRecord &record, std::chrono::microseconds time, RecordFormat format);
 
 /// @param bytes compactRecordSize of them.
-InputRecord decodeCompactRecord(const char *bytes);
+EventRecord decodeCompactRecord(const char *bytes);

@@ -17,7 +17,7 @@ namespace {
 constexpr int panelCount = 3;
 constexpr int ledCount = 40;
 
-InputRecord keyRecord(int code, bool pressed) { return {EV_KEY, static_cast<uint16_t>(code), pressed ? 1 : 0}; }
+EventRecord keyRecord(int code, bool pressed) { return {EV_KEY, static_cast<uint16_t>(code), pressed ? 1 : 0}; }
 
 int errnoOf(HardwareFaults::I2c fault)
 {

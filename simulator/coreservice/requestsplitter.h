@@ -4,7 +4,7 @@
 #include <QList>
 
 /// Cuts a stream of bytes into lines. They end in "\r\n" or "\n" and come out without it.
-class LineSplitter
+class RequestSplitter
 {
 public:
     static constexpr qsizetype maxLineLength = 64 * 1024;

@@ -1,8 +1,8 @@
-#include "simulator/coreservice/linesplitter.h"
+#include "simulator/coreservice/requestsplitter.h"
 
 #include <utility>
 
-QList<LineSplitter::Line> LineSplitter::feed(const QByteArray &bytes)
+QList<RequestSplitter::Line> RequestSplitter::feed(const QByteArray &bytes)
 {
     QList<Line> lines;
     qsizetype start = 0;
@@ -18,7 +18,7 @@ QList<LineSplitter::Line> LineSplitter::feed(const QByteArray &bytes)
     return lines;
 }
 
-void LineSplitter::append(const QByteArray &bytes)
+void RequestSplitter::append(const QByteArray &bytes)
 {
     // one byte to tell that it is too long, one more for the "\r"
     m_line.text += bytes.left(maxLineLength + 2 - m_line.text.size());
