@@ -307,7 +307,9 @@ void PresetButtonsTest::namesOfAnyShape()
     m_panel->press(take);
     QTRY_COMPARE(routing(), m_preset);
     m_core.removePreset(name);
+    assign(8, name); // of a preset that is not there
     QVERIFY(settle());
+    QCOMPARE(m_presets->presetOfButton(8), name);
     QVERIFY(!m_presets->buttonHasExistingPreset(8));
 }
 
