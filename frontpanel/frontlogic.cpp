@@ -12,20 +12,29 @@ bool expired(FrontEvent event, int timer) { return event.source == FrontEvent::T
 FrontLogic::FrontLogic(const std::array<ControlPanelHandler *, 3> &panels, const FrontLogicTimes &times)
     : m_panels(panels)
 {
-    m_idleTimer.setInterval(times.idle);
-    m_takeBlinkTimer.setInterval(times.blink);
-    m_lockTimer.setInterval(times.hold);
-    m_autotakeTimer.setInterval(times.hold);
-    m_lockBlinkTimer.setInterval(times.blink);
-    for (QTimer *timer : {&m_idleTimer, &m_takeBlinkTimer, &m_lockTimer, &m_autotakeTimer, &m_lockBlinkTimer}) {
-        timer->setSingleShot(true);
-        timer->setTimerType(Qt::PreciseTimer); // a coarse one fires up to 5 % early: no full hold
-    }
-    connect(&m_idleTimer, &QTimer::timeout, this, &FrontLogic::idleTimeoutHandler);
-    connect(&m_takeBlinkTimer, &QTimer::timeout, this, &FrontLogic::takeBlinkTimeoutHandler);
-    connect(&m_lockTimer, &QTimer::timeout, this, &FrontLogic::lockTimeoutHandler);
-    connect(&m_autotakeTimer, &QTimer::timeout, this, &FrontLogic::autotakeTimeoutHandler);
-    connect(&m_lockBlinkTimer, &QTimer::timeout, this, &FrontLogic::lockBlinkTimeoutHandler);
+    const auto prepare = [this](QTimer &timer, std::chrono::milliseconds time, void (FrontLogic::*handler)()) {
+        timer.setInterval(time);
+        timer.setSingleShot(true);
+        timer.setTimerType(Qt::PreciseTimer); // a coarse one fires up to 5 % early: no full hold
+        connect(&timer, &QTimer::timeout, this, handler);
+    };
+    prepare(m_idleTimer, times.idle, &FrontLogic::idleTimeoutHandler);
+    prepare(m_takeBlinkTimer, times.blink, &FrontLogic::takeBlinkTimeoutHandler);
+    prepare(m_lockTimer, times.hold, &FrontLogic::lockTimeoutHandler);
+    prepare(m_autotakeTimer, times.hold, &FrontLogic::autotakeTimeoutHandler);
+    prepare(m_lockBlinkTimer, times.blink, &FrontLogic::lockBlinkTimeoutHandler);
+
+    using Presets = PresetModes;
+    connect(&m_presets, &Presets::loadPresetButtonPushed, this, &FrontLogic::loadPresetButtonPushed);
+    connect(&m_presets, &Presets::savePresetButtonPushed, this, &FrontLogic::savePresetButtonPushed);
+    connect(&m_presets, &Presets::loadPresetNumberButtonPushed, this, &FrontLogic::loadPresetNumberButtonPushed);
+    connect(&m_presets, &Presets::savePresetNumberButtonPushed, this, &FrontLogic::savePresetNumberButtonPushed);
+    connect(&m_presets, &Presets::presetSave, this, &FrontLogic::presetSave);
+    connect(&m_presets, &Presets::presetLoad, this, &FrontLogic::presetLoad);
+    connect(&m_presets, &Presets::loadPresetLeaveMode, this, &FrontLogic::loadPresetLeaveMode);
+    connect(&m_presets, &Presets::savePresetLeaveMode, this, &FrontLogic::savePresetLeaveMode);
+    connect(&m_presets, &Presets::loadPresetTimeout, this, &FrontLogic::loadPresetTimeout);
+    connect(&m_presets, &Presets::savePresetTimeout, this, &FrontLogic::savePresetTimeout);
 }
 
 FrontLogic::~FrontLogic() = default;
@@ -33,7 +42,8 @@ FrontLogic::~FrontLogic() = default;
 void FrontLogic::setLayout(int layoutId)
 {
     const auto [panel1, panel2, panel3] = m_panels;
-    switch (layoutId) {
+    const PanelLayout &table = panelLayout(layoutId);
+    switch (table.id) {
     case 2: m_layout = std::make_unique<Frame16Layout>(panel1); break;
     case 3: m_layout = std::make_unique<Frame16Plus4AudioLayout>(panel1, panel2); break;
     case 4: m_layout = std::make_unique<Frame24Layout>(panel1, panel2, panel3); break;
@@ -41,18 +51,14 @@ void FrontLogic::setLayout(int layoutId)
     case 6: m_layout = std::make_unique<Frame48Layout>(panel1, panel2, panel3); break;
     default: m_layout = std::make_unique<Frame8Layout>(panel1); break;
     }
-    m_sourceCount = panelLayout(layoutId).sourceCount;
-    m_destinations.setCount(panelLayout(layoutId).destinationCount);
+    m_presets.setLayout(m_layout.get());
+    m_sourceCount = table.sourceCount;
+    m_destinations.setCount(table.destinationCount);
 }
 
 void FrontLogic::handleButton(int key, bool pressed) { dispatch({FrontEvent::Button, key, pressed ? 1 : 0}); }
 
 void FrontLogic::dispatchTimer(TimerId id) { dispatch({FrontEvent::Timer, id, 0}); }
-void FrontLogic::idleTimeoutHandler() { dispatchTimer(IdleTimer); }
-void FrontLogic::takeBlinkTimeoutHandler() { dispatchTimer(TakeBlinkTimer); }
-void FrontLogic::lockTimeoutHandler() { dispatchTimer(LockTimer); }
-void FrontLogic::autotakeTimeoutHandler() { dispatchTimer(AutotakeTimer); }
-void FrontLogic::lockBlinkTimeoutHandler() { dispatchTimer(LockBlinkTimer); }
 
 void FrontLogic::dispatch(FrontEvent event)
 {
@@ -100,12 +106,12 @@ void FrontLogic::handleIdle(FrontEvent event)
 {
     if (m_layout->isInputButton(event)) {
         const int source = m_layout->inputNumber(event);
-        emitPresetNumber(source);
+        m_presets.pick(source);
         selectSource(source);
     } else if (m_layout->isOutputButton(event)) {
-        leavePresetModes();
+        m_presets.leave();
         selectDestination(m_layout->outputNumber(event));
-    } else if (handlePresetButtons(event)) {
+    } else if (m_presets.handleButton(event)) {
         m_idleTimer.start();
     }
 }
@@ -114,20 +120,20 @@ void FrontLogic::handleSelectedSource(FrontEvent event)
 {
     if (m_layout->isInputButton(event)) {
         const int source = m_layout->inputNumber(event);
-        if (source == m_selected && !presetMode()) {
+        if (source == m_selected && !m_presets.isOn()) {
             selectAllDestinations();
         } else {
             m_layout->clearPortLeds();
             selectSource(source);
-            emitPresetNumber(source);
+            m_presets.pick(source);
         }
-    } else if (handlePresetButtons(event)) {
+    } else if (m_presets.handleButton(event)) {
         goIdle();
     } else if (m_layout->isOutputButton(event)) {
         toggleDestination(m_layout->outputNumber(event));
     } else if (m_layout->isTakePressed(event)) {
-        if (presetMode())
-            commitPreset(m_selected);
+        if (m_presets.isOn())
+            m_presets.commit(m_selected);
         else
             emit connectCrosspoint(m_destinations.sourceChanges());
         finishTake();
@@ -142,7 +148,7 @@ void FrontLogic::handleSelectedDestination(FrontEvent event)
     } else if (m_layout->isOutputButton(event)) {
         m_layout->clearPortLeds();
         selectDestination(m_layout->outputNumber(event));
-    } else if (m_layout->isTakePressed(event) || handlePresetButtons(event)) {
+    } else if (m_layout->isTakePressed(event) || m_presets.handleButton(event)) {
         goIdle();
     }
 }
@@ -151,7 +157,7 @@ void FrontLogic::handleLockEditing(FrontEvent event)
 {
     if (m_layout->isOutputButton(event)) {
         toggleDestinationLock(m_layout->outputNumber(event));
-    } else if (handlePresetButtons(event)) {
+    } else if (m_presets.handleButton(event)) {
         goIdle();
     } else if (m_layout->isTakePressed(event)) {
         applyDestinationLocks();
@@ -167,56 +173,29 @@ void FrontLogic::handleAutotake(FrontEvent event)
         bool &lock = m_destinations[m_selected].pendingLock;
         lock = !lock;
         applyDestinationLocks();
-    } else if (handlePresetButtons(event)) {
+    } else if (m_presets.handleButton(event)) {
         m_layout->clearPortLeds();
     } else if (m_layout->isOutputButton(event)) {
-        if (presetMode())
-            leavePresetModes();
+        if (m_presets.isOn())
+            m_presets.leave();
         m_layout->clearPortLeds();
         m_selected = m_layout->outputNumber(event);
         showDestination(m_selected);
     } else if (m_layout->isInputButton(event)) {
         const int source = m_layout->inputNumber(event);
-        if (presetMode())
-            commitPreset(source);
+        if (m_presets.isOn())
+            m_presets.commit(source);
         else
             switchSelectedTo(source);
     }
 }
 
-/// True when the button asks for a preset screen; pressed in its own mode it leaves that mode.
-bool FrontLogic::handlePresetButtons(FrontEvent event)
-{
-    if (m_layout->isLoadPresetPressed(event)) {
-        if (!m_loadMode) {
-            emit loadPresetButtonPushed();
-            return true;
-        }
-        leavePresetModes();
-        emit loadPresetLeaveMode();
-        leavePresetModes(); // the screen may have set a mode again while it closed
-    } else if (m_layout->isSavePresetPressed(event)) {
-        if (!m_saveMode) {
-            emit savePresetButtonPushed();
-            return true;
-        }
-        leavePresetModes();
-        emit savePresetLeaveMode();
-        leavePresetModes();
-    }
-    return false;
-}
-
-/// The preset modes stay: they follow the screens.
 void FrontLogic::goIdle()
 {
     m_layout->clearPortLeds();
     m_layout->setDestinationLockLed(0);
     m_state = State::Idle;
-    if (m_loadMode)
-        emit loadPresetTimeout();
-    if (m_saveMode)
-        emit savePresetTimeout();
+    m_presets.timeOut();
     emit preselectAction("idle");
 }
 
@@ -225,7 +204,7 @@ void FrontLogic::selectSource(int source)
     m_destinations.editSources();
     m_selected = source;
     m_layout->setInputLed(source, 1);
-    if (!presetMode()) {
+    if (!m_presets.isOn()) {
         for (int d = 1; d <= m_destinations.count(); ++d)
             m_layout->setOutputLed(d, m_destinations[d].source == source ? 1 : 0);
     }
@@ -326,35 +305,6 @@ void FrontLogic::switchSelectedTo(int source)
     emit connectCrosspoint(m_destinations.sourceChanges());
 }
 
-/// Only in one of the preset modes, which it leaves.
-void FrontLogic::commitPreset(int number)
-{
-    if (m_saveMode) {
-        qDebug("Save preset %d", number);
-        emit presetSave(number);
-    } else {
-        qDebug("Load preset %d", number);
-        emit presetLoad(number);
-    }
-    leavePresetModes();
-}
-
-void FrontLogic::leavePresetModes()
-{
-    m_loadMode = false;
-    m_saveMode = false;
-    m_layout->setLoadPresetLed(0);
-    m_layout->setSavePresetLed(0);
-}
-
-void FrontLogic::emitPresetNumber(int number)
-{
-    if (m_loadMode)
-        emit loadPresetNumberButtonPushed(number);
-    if (m_saveMode)
-        emit savePresetNumberButtonPushed(number);
-}
-
 void FrontLogic::finishTake()
 {
     m_layout->setTakeLed(1);
@@ -446,20 +396,4 @@ void FrontLogic::onAutotakeModeChange(bool autotake)
 {
     m_autotake = autotake;
     showMode();
-}
-
-void FrontLogic::loadPresetMenuShowChange(bool isShown)
-{
-    m_loadMode = isShown;
-    m_saveMode = false;
-    m_layout->setLoadPresetLed(m_loadMode);
-    m_layout->setSavePresetLed(0);
-}
-
-void FrontLogic::savePresetMenuShowChange(bool isShown)
-{
-    m_saveMode = isShown;
-    m_loadMode = false;
-    m_layout->setLoadPresetLed(0);
-    m_layout->setSavePresetLed(m_saveMode);
 }

@@ -2,6 +2,7 @@
 
 #include "frontpanel/destinationtable.h"
 #include "frontpanel/frontevent.h"
+#include "frontpanel/presetmodes.h"
 
 #include <QObject>
 #include <QTimer>
@@ -76,13 +77,13 @@ public slots:
     void upgradeStateChanged(bool upgrading, uint8_t progress);
     void onControlLockStatusChange(bool locked);
     void onAutotakeModeChange(bool autotake);
-    void idleTimeoutHandler();
-    void takeBlinkTimeoutHandler();
-    void lockTimeoutHandler();
-    void autotakeTimeoutHandler();
-    void lockBlinkTimeoutHandler();
-    void loadPresetMenuShowChange(bool isShown);
-    void savePresetMenuShowChange(bool isShown);
+    void idleTimeoutHandler() { dispatchTimer(IdleTimer); }
+    void takeBlinkTimeoutHandler() { dispatchTimer(TakeBlinkTimer); }
+    void lockTimeoutHandler() { dispatchTimer(LockTimer); }
+    void autotakeTimeoutHandler() { dispatchTimer(AutotakeTimer); }
+    void lockBlinkTimeoutHandler() { dispatchTimer(LockBlinkTimer); }
+    void loadPresetMenuShowChange(bool isShown) { m_presets.showLoadMenu(isShown); }
+    void savePresetMenuShowChange(bool isShown) { m_presets.showSaveMenu(isShown); }
 
 private:
     enum class State { Idle, SelectedSource, SelectedDestination, LockEditing };
@@ -96,7 +97,6 @@ private:
     void handleSelectedDestination(FrontEvent event);
     void handleLockEditing(FrontEvent event);
     void handleAutotake(FrontEvent event);
-    bool handlePresetButtons(FrontEvent event);
 
     void goIdle();
     void selectSource(int source);
@@ -108,14 +108,10 @@ private:
     void toggleDestinationLock(int destination);
     void applyDestinationLocks();
     void switchSelectedTo(int source);
-    void commitPreset(int number);
-    void leavePresetModes();
-    void emitPresetNumber(int number);
     void finishTake();
     void enterAutotake();
     void goDark();
     void showMode();
-    bool presetMode() const { return m_loadMode || m_saveMode; }
 
     bool m_controlLocked = false;
     bool m_autotake = false;
@@ -126,7 +122,6 @@ private:
     std::unique_ptr<FrontLayout> m_layout;
     int m_sourceCount = 0;
     DestinationTable m_destinations;
-    int m_selected = 1;      ///< The source while one is selected; the destination otherwise, and in autotake.
-    bool m_saveMode = false; ///< The screen of that name is open.
-    bool m_loadMode = false;
+    int m_selected = 1; ///< The source while one is selected; the destination otherwise, and in autotake.
+    PresetModes m_presets;
 };
