@@ -15,22 +15,6 @@ namespace {
 
 constexpr int openAttempts = 32;
 
-/// Signatures go round: four digits on the wire.
-constexpr quint16 signatureCount = 10000;
-
-/// How many requests after `older` the request `newer` was made; more than half the circle means before it.
-constexpr int signatureDistance(quint16 older, quint16 newer)
-{
-    return (newer + signatureCount - older) % signatureCount;
-}
-
-constexpr bool isOlder(quint16 signature, quint16 than)
-{
-    const int distance = signatureDistance(signature, than);
-    return distance > 0 && distance < signatureCount / 2;
-}
-static_assert(isOlder(9997, 0) && !isOlder(1, 9998) && !isOlder(5, 5));
-
 QPointer<Dt3Manager> &self()
 {
     static QPointer<Dt3Manager> pointer;
@@ -113,7 +97,7 @@ void Dt3Manager::connected()
     m_connectionTimeoutTimer.stop();
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1); // a key press is one short line
     m_splitter.reset(); // a line cut off by the loss has no rest, nor has an answer
-    m_currentSignature.reset();
+    m_pendingRequests.leaveBlock();
     emit connectionStateChanged(true);
     qDebug("Connected.");
 }
@@ -131,11 +115,9 @@ bool Dt3Manager::writeLine(const QString &line) { return m_socket.write((line + 
 
 void Dt3Manager::request(Dt3Sink *sink, const QString &text)
 {
-    const quint16 signature = m_requestCounter;
-    m_requestCounter = quint16((m_requestCounter + 1) % signatureCount);
+    const quint16 signature = m_pendingRequests.add(sink);
     if (isConnected())
         writeLine(QStringLiteral("%1#").arg(signature, 4, 10, QLatin1Char('0')) + text);
-    m_pendingRequests[signature] = sink;
 }
 
 void Dt3Manager::get(Dt3Sink *sink, const QString &path) { request(sink, u"GET "_s + path); }
@@ -222,10 +204,7 @@ void Dt3Manager::close(Dt3Sink *sink, const QString &nodePath)
 
 void Dt3Manager::dropSink(Dt3Sink *sink)
 {
-    for (auto &[signature, pending] : m_pendingRequests) {
-        if (pending == sink)
-            pending = nullptr;
-    }
+    m_pendingRequests.forget(sink);
     QStringList nodes;
     for (const auto &[node, sinks] : m_subscriptions) {
         if (sinks.contains(sink))
@@ -252,14 +231,10 @@ void Dt3Manager::handleLine(QByteArrayView bytes)
 {
     const IncomingLine line = IncomingLine::parse(bytes);
     switch (line.kind) {
-    case IncomingLine::BlockStart: startBlock(line.signature); break;
-    case IncomingLine::BlockEnd:
-        if (m_currentSignature)
-            m_pendingRequests.erase(*m_currentSignature);
-        m_currentSignature.reset();
-        break;
+    case IncomingLine::BlockStart: m_pendingRequests.startBlock(line.signature); break;
+    case IncomingLine::BlockEnd: m_pendingRequests.endBlock(); break;
     case IncomingLine::Node:
-        if (Dt3Sink *sink = answeredSink())
+        if (Dt3Sink *sink = m_pendingRequests.answeredSink())
             sink->nodeReceived(textOf(line.path));
         break;
     case IncomingLine::Opened: confirmOpen(textOf(line.path)); break;
@@ -271,35 +246,10 @@ void Dt3Manager::handleLine(QByteArrayView bytes)
     }
 }
 
-void Dt3Manager::startBlock(quint16 signature)
-{
-    m_currentSignature = signature;
-    // In the order they were made: from the far side of the circle on.
-    const auto oldest = quint16((signature + signatureCount / 2 + 1) % signatureCount);
-    auto request = m_pendingRequests.lower_bound(oldest);
-    for (size_t left = m_pendingRequests.size(); left > 0; --left) {
-        if (request == m_pendingRequests.end())
-            request = m_pendingRequests.begin();
-        if (!isOlder(request->first, signature))
-            return;
-        qDebug().noquote().nospace() << "REMOVED unanswered signature: " << request->first;
-        request = m_pendingRequests.erase(request);
-    }
-}
-
-/// Who sent the request that the present block answers; null if nobody waits for it.
-Dt3Sink *Dt3Manager::answeredSink() const
-{
-    if (!m_currentSignature)
-        return nullptr;
-    const auto request = m_pendingRequests.find(*m_currentSignature);
-    return request == m_pendingRequests.end() ? nullptr : request->second;
-}
-
 void Dt3Manager::propertyLine(const IncomingLine &line)
 {
     if (line.kind == IncomingLine::Property) {
-        if (Dt3Sink *sink = answeredSink())
+        if (Dt3Sink *sink = m_pendingRequests.answeredSink())
             sink->propertyReceived(m_paths.entryOf(line.path).path, unescapeValue(line.value));
         return;
     }

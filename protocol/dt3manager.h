@@ -3,6 +3,7 @@
 #include "protocol/incomingline.h"
 #include "protocol/linesplitter.h"
 #include "protocol/pathcache.h"
+#include "protocol/pendingrequests.h"
 
 #include <QBasicTimer>
 #include <QList>
@@ -11,7 +12,6 @@
 
 #include <chrono>
 #include <map>
-#include <optional>
 
 class Dt3Sink;
 
@@ -105,8 +105,6 @@ private:
     void confirmOpen(const QString &nodePath);
 
     void handleLine(QByteArrayView line);
-    void startBlock(quint16 signature);
-    Dt3Sink *answeredSink() const;
     void propertyLine(const IncomingLine &line);
     void childLine(const IncomingLine &line);
     template <typename Call> void forEachHolder(const Subscriptions::const_iterator &node, Call call);
@@ -123,10 +121,8 @@ private:
     std::map<QString, OpenAttempt> m_observerOpenAttempts;
     Subscriptions m_subscriptions;
     quint32 m_subscriptionsVersion = 1; ///< Goes up with every change of m_subscriptions.
-    std::map<quint16, Dt3Sink *> m_pendingRequests;
-    quint16 m_requestCounter = 0; ///< Signature of the next request, 0 to 9999.
 
     LineSplitter m_splitter;
-    std::optional<quint16> m_currentSignature; ///< Of the answer block being read.
+    PendingRequests m_pendingRequests;
     PathCache<Subscriptions::const_iterator> m_paths;
 };
