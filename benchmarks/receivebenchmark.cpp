@@ -18,30 +18,32 @@
 #include <thread>
 #include <unistd.h>
 
-// Counts every allocation of the process; forwards to the C library's own allocator.
+// Counts every allocation of the process; forwards to tcmalloc, which the program is linked with.
 extern "C" {
-void *__libc_malloc(size_t size);
-void *__libc_calloc(size_t count, size_t size);
-void *__libc_realloc(void *old, size_t size);
+void *tc_malloc(size_t size);
+void *tc_calloc(size_t count, size_t size);
+void *tc_realloc(void *old, size_t size);
 
 static size_t allocations = 0;
 
 void *malloc(size_t size)
 {
     ++allocations;
-    return __libc_malloc(size);
+    return tc_malloc(size);
 }
 void *calloc(size_t count, size_t size)
 {
     ++allocations;
-    return __libc_calloc(count, size);
+    return tc_calloc(count, size);
 }
 void *realloc(void *old, size_t size)
 {
     ++allocations;
-    return __libc_realloc(old, size);
+    return tc_realloc(old, size);
 }
 }
+
+void *operator new(size_t size) { return malloc(size); }
 
 namespace {
 
@@ -52,7 +54,7 @@ struct CountingSink : Dt3Sink
     {
         characters += property.size() + value.size();
         ++changes;
-        if (value == u"last" && loop)
+        if (loop && value == u"last")
             loop->quit();
     }
 

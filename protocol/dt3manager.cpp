@@ -136,8 +136,10 @@ Dt3OpenResult Dt3Manager::open(Dt3Sink *sink, const QString &nodePath)
 {
     const auto held = m_subscriptions.find(nodePath);
     if (held != m_subscriptions.end()) {
-        if (!held->second.contains(sink))
+        if (!held->second.contains(sink)) {
             held->second.append(sink);
+            ++m_subscriptionsVersion;
+        }
         return DT3_OPEN_RESULT_OK;
     }
     if (!isConnected())
@@ -193,10 +195,10 @@ void Dt3Manager::close(Dt3Sink *sink, const QString &nodePath)
     const auto held = m_subscriptions.find(nodePath);
     if (held != m_subscriptions.end()) {
         held->second.removeOne(sink);
+        ++m_subscriptionsVersion;
         if (!held->second.isEmpty())
             return;
         m_subscriptions.erase(held);
-        ++m_subscriptionsVersion;
     }
     if (isConnected())
         writeLine(u"CLOSE "_s + nodePath);
@@ -255,13 +257,17 @@ void Dt3Manager::propertyLine(const IncomingLine &line)
     }
     auto &known = m_paths.entryOf(line.path); // callbacks do not receive, so it stays
     if (known.noteVersion != m_subscriptionsVersion) {
-        known.note = m_subscriptions.find(textOf(line.path.first(line.nodeLength)));
+        const auto node = m_subscriptions.find(textOf(line.path.first(line.nodeLength)));
+        known.note = {node, node != m_subscriptions.end() && node->second.size() == 1 ? node->second.front() : nullptr};
         known.noteVersion = m_subscriptionsVersion;
     }
-    if (known.note == m_subscriptions.end())
+    if (known.note.node == m_subscriptions.end())
         return;
     const QString value = unescapeValue(line.value);
-    forEachHolder(known.note, [&](Dt3Sink *sink) { sink->propertyChanged(known.path, value); });
+    if (known.note.only)
+        known.note.only->propertyChanged(known.path, value);
+    else
+        forEachHolder(known.note.node, [&](Dt3Sink *sink) { sink->propertyChanged(known.path, value); });
 }
 
 void Dt3Manager::childLine(const IncomingLine &line)
@@ -284,10 +290,6 @@ template <typename Call> void Dt3Manager::forEachHolder(const Subscriptions::con
 {
     if (node == m_subscriptions.end())
         return;
-    if (node->second.size() == 1) {
-        call(node->second.front());
-        return;
-    }
     const Sinks holders = node->second; // a shared copy: callbacks change the original
     const QString nodePath = node->first;
     for (Dt3Sink *sink : holders) {

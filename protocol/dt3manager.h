@@ -95,6 +95,12 @@ private:
         Sinks sinks;
     };
     using Subscriptions = std::map<QString, Sinks>;
+    /// Who hears of a property; most have one sink, which then needs no look at the node.
+    struct Holders
+    {
+        Subscriptions::const_iterator node;
+        Dt3Sink *only = nullptr;
+    };
 
     bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     void startConnecting();
@@ -124,5 +130,5 @@ private:
 
     LineSplitter m_splitter;
     PendingRequests m_pendingRequests;
-    PathCache<Subscriptions::const_iterator> m_paths;
+    PathCache<Holders> m_paths;
 };

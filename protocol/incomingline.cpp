@@ -96,7 +96,7 @@ IncomingLine IncomingLine::parse(QByteArrayView line)
 
 QString textOf(QByteArrayView utf8)
 {
-    if (!utf8.startsWith("\xef\xbb\xbf"))
+    if (utf8.isEmpty() || utf8.front() != '\xef' || !utf8.startsWith("\xef\xbb\xbf"))
         return QString::fromUtf8(utf8);
     // Three bytes that other readers take for a mark and swallow.
     return QStringDecoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom)(utf8);
