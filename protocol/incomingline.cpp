@@ -112,7 +112,7 @@ QString unescapeValue(QByteArrayView escaped)
     plain.reserve(escaped.size());
     plain.append(escaped.first(backslash - escaped.data()));
     for (const char *c = backslash; c != escaped.end(); ++c) {
-        const char resolved = *c == '\\' && c + 1 != escaped.end() ? afterBackslash(c[1]) : 0;
+        const char resolved = *c == '\\' && c + 1 != escaped.end() ? afterBackslash(c[1]) : '\0';
         plain.append(resolved ? resolved : *c);
         if (resolved)
             ++c;

@@ -81,7 +81,7 @@ QString Arguments::text(const char *what)
 {
     if (m_words.isEmpty())
         fail(QStringLiteral("%1 is missing").arg(what));
-    const QString all = m_words.join(' ');
+    QString all = m_words.join(' ');
     m_words.clear();
     return all;
 }

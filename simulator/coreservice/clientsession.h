@@ -1,8 +1,8 @@
 #pragma once
 
-#include "simulator/coreservice/requestsplitter.h"
 #include "simulator/coreservice/propertytree.h"
 #include "simulator/coreservice/request.h"
+#include "simulator/coreservice/requestsplitter.h"
 
 #include <QObject>
 #include <QSet>

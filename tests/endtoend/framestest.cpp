@@ -20,7 +20,7 @@ struct Frame
     int row;
     int partNumber;
     int layoutId;
-    int sources, destinations; ///< Ports of the frame, which may be more or fewer than its front has buttons.
+    int sources, destinations; ///< Ports of the frame, which its front need not have as buttons.
 };
 
 // clang-format off
@@ -36,15 +36,17 @@ constexpr std::array<Frame, 33> frames{{
     {33, 58220003, 1,  8,  8},
 }};
 
+/// Where a source and the last destination, which another one feeds, sit on each front; Take is on panel 1.
 struct Buttons
 {
-    int lastDestination; ///< Port number.
-    int panel, button;   ///< Where it sits.
-    int take;            ///< On panel 1, where source 1 is button 1 on every front.
+    int source, sourcePanel, sourceButton;
+    int destination, destinationPanel, destinationButton;
+    int take;
 };
 
 constexpr std::array<Buttons, 7> buttonsOfLayout{{
-    {8, 1, 24, 33}, {8, 1, 24, 33}, {16, 1, 32, 33}, {20, 2, 28, 36}, {24, 3, 24, 33}, {40, 3, 8, 33}, {48, 3, 32, 33},
+    { 7, 1,  7,  8, 1, 24, 33}, { 7, 1,  7,  8, 1, 24, 33}, {15, 1, 15, 16, 1, 32, 33}, {16, 1, 24, 20, 2, 28, 36},
+    {23, 2,  7, 24, 3, 24, 33}, {32, 1, 32, 40, 3,  8, 33}, {33, 2,  1, 48, 3, 32, 33},
 }};
 // clang-format on
 
@@ -71,27 +73,13 @@ void FramesTest::identifiesAndSwitches()
         front.messages().filter("layout"), QStringList{QString("Front layout initialized. (%1)").arg(frame.layoutId)});
 
     QCOMPARE(front.device().core().property("/.PartNumber"), QString::number(frame.partNumber));
-    const auto portsIn = [&front](const QString &list) {
-        return front.device().core().property("/MEDIA/XP/VIDEO." + list)->split(';').size();
-    };
-    QCOMPARE(portsIn("SourcePortStatus"), frame.sources);
-    QCOMPARE(portsIn("DestinationPortStatus"), frame.destinations);
-
-    front.tap(1, 1); // each panel is read on its own: what was pressed first is not read first
-    QTRY_COMPARE(front.led(1, 1), 1);
-    front.tap(buttons.panel, buttons.button);
-    QTRY_COMPARE(front.led(buttons.panel, buttons.button), 2);
+    front.tap(buttons.sourcePanel, buttons.sourceButton); // each panel is read on its own, whatever was pressed first
+    QTRY_COMPARE(front.led(buttons.sourcePanel, buttons.sourceButton), 1);
+    front.tap(buttons.destinationPanel, buttons.destinationButton);
+    QTRY_COMPARE(front.led(buttons.destinationPanel, buttons.destinationButton), 2);
     front.tap(1, buttons.take);
-    const QString connect = "CALL /MEDIA/XP/VIDEO:connect(I1:-O%1;)";
-    QTRY_COMPARE(front.requests().last(), connect.arg(buttons.lastDestination));
-
-    QStringList identification{"GET /.PartNumber"};
-    for (int slot = 2; slot <= 22; ++slot)
-        identification.append(QString("GET /MANAGEMENT/UID.AddonHwVersion%1").arg(slot));
-    identification += {"GET /MEDIA/PRESET.*", "OPEN /MEDIA/PRESET", "GET /MEDIA/PRESET"};
-    QStringList asked = front.requests();
-    asked.removeIf([&identification](const QString &request) { return !identification.contains(request); });
-    QCOMPARE(asked, identification); // each once
+    const QString connect = "CALL /MEDIA/XP/VIDEO:connect(I%1:-O%2;)";
+    QTRY_COMPARE(front.requests().last(), connect.arg(buttons.source).arg(buttons.destination));
 }
 
 QTEST_GUILESS_MAIN(FramesTest)

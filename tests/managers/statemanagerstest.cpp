@@ -6,234 +6,133 @@
 #include "protocol/dt3manager.h"
 #include "tests/support/scriptedservice.h"
 
-#include <QSignalSpy>
+#include <QRegularExpression>
 #include <QTest>
 
-/// The managers that mirror one area of device state each, on the device's own port.
-class StateManagersTest : public QObject
+namespace {
+
+/// The managers that mirror one area of device state each, and what they say.
+struct House : QObject
 {
-    Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void subscribesBeforeReading_data();
-    void subscribesBeforeReading();
-    void passesOnRoutingAndLocks();
-    void readsFlags_data();
-    void readsFlags();
-    void readsUpgradeProgress();
-    void carriesOutRequests();
-    void readsAgainAfterALoss();
-
-private:
-    template <typename Manager> void subscribe(Manager &manager);
-    QStringList requests() const;
-    void change(const QStringList &properties);
-
-    ScriptedService m_service{6107};
-};
-
-void StateManagersTest::initTestCase()
-{
-    fillCatalogue();
-    QSignalSpy spy(Dt3Manager::instance(), &Dt3Manager::connectionStateChanged);
-    Dt3Manager::instance()->connectToDevice();
-    QVERIFY(spy.wait());
-    QTRY_VERIFY(m_service.hasClient());
-}
-
-void StateManagersTest::init() { m_service.takeLines(); }
-
-/// Every manager of a case is gone now; what its going wrote must not reach the next one.
-void StateManagersTest::cleanup()
-{
-    struct Last : Dt3Sink
-    {
-        Last() { call("/LAST:line", QString()); }
-    } last;
-    QTRY_VERIFY(m_service.lines().join(' ').contains("/LAST:line"));
-}
-
-/// The lines received, without their signatures.
-QStringList StateManagersTest::requests() const
-{
-    QStringList requests = m_service.lines();
-    for (QString &line : requests)
-        line.remove(0, line.indexOf('#') + 1);
-    return requests;
-}
-
-template <typename Manager> void StateManagersTest::subscribe(Manager &manager)
-{
-    manager.connectionStateChanged(true);
-    QTRY_VERIFY(requests().join(' ').contains("GET"));
-    for (const QString &line : requests()) {
-        if (line.startsWith("OPEN "))
-            m_service.sendLines({"o- " + line.mid(5)});
-    }
-}
-
-void StateManagersTest::change(const QStringList &properties)
-{
-    for (const QString &property : properties)
-        m_service.sendLines({"CHG " + property});
-}
-
-void StateManagersTest::subscribesBeforeReading_data()
-{
-    QTest::addColumn<int>("which");
-    QTest::addColumn<QString>("node");
-    QTest::addColumn<QStringList>("lines");
-
-    const QString xp = "/MEDIA/XP/VIDEO", lcd = "/SYS/CECU/LCD", power = "/MANAGEMENT/POWER",
-                  boot = "/MANAGEMENT/BOOTLOADER";
-    QTest::newRow("crosspoint") << 0 << xp
-                                << QStringList{"OPEN " + xp, "OPEN " + xp, "GET " + xp + ".DestinationConnectionStatus",
-                                       "GET " + xp + ".DestinationPortStatus"};
-    QTest::newRow("front panel state") << 1 << lcd
-                                       << QStringList{"OPEN " + lcd, "OPEN " + lcd, "GET " + lcd + ".ControlLock",
-                                              "GET " + lcd + ".AutoTake"};
-    QTest::newRow("operation state") << 2 << power << QStringList{"OPEN " + power, "GET " + power + ".Operation"};
-    QTest::newRow("upgrade state") << 3 << boot
-                                   << QStringList{"OPEN " + boot, "OPEN " + boot, "GET " + boot + ".Status",
-                                          "GET " + boot + ".Progress"};
-}
-
-void StateManagersTest::subscribesBeforeReading()
-{
-    QFETCH(int, which);
-    QFETCH(QString, node);
-    QFETCH(QStringList, lines);
+    House();
 
     CrosspointManager crosspoint;
     FrontPanelStateManager frontPanel;
     OperationStateManager operation;
     UpgradeStateManager upgrade;
-    const auto report = [&](bool connected) {
-        switch (which) {
-        case 0: crosspoint.connectionStateChanged(connected); break;
-        case 1: frontPanel.connectionStateChanged(connected); break;
-        case 2: operation.connectionStateChanged(connected); break;
-        case 3:
-            QTest::ignoreMessage(QtDebugMsg,
-                QRegularExpression(connected ? "^UpgradeStateManager::connectionStateChanged, +true$"
-                                             : "^UpgradeStateManager::connectionStateChanged, +false$"));
-            upgrade.connectionStateChanged(connected);
-            break;
-        }
-    };
-    report(true);
-    QTRY_COMPARE(requests(), lines);
-    report(false);
-    QTRY_COMPARE(requests().mid(lines.size()).value(0), "CLOSE " + node);
+    QStringList news;
+};
+
+House::House()
+{
+    const auto dt3 = Dt3Manager::instance();
+    const auto changed = &Dt3Manager::connectionStateChanged;
+    connect(dt3, changed, &crosspoint, &CrosspointManager::connectionStateChanged);
+    connect(dt3, changed, &frontPanel, &FrontPanelStateManager::connectionStateChanged);
+    connect(dt3, changed, &operation, &OperationStateManager::connectionStateChanged);
+    connect(dt3, changed, &upgrade, &UpgradeStateManager::connectionStateChanged);
+    const auto note = [this](const QString &what) { return [this, what](auto value) { news += what.arg(value); }; };
+    connect(&crosspoint, &CrosspointManager::connectionChanged, this, note("routing %1"));
+    connect(&crosspoint, &CrosspointManager::lockStateChanged, this, note("locks %1"));
+    connect(&frontPanel, &FrontPanelStateManager::controlLockStateChanged, this, note("locked %1"));
+    connect(&frontPanel, &FrontPanelStateManager::autotakeModeChanged, this, note("autotake %1"));
+    connect(&operation, &OperationStateManager::operationStateChanged, this, note("standby %1"));
+    connect(&upgrade, &UpgradeStateManager::upgradeStateChanged, this,
+        [this](bool upgrading, uint8_t progress) { news += QString("%1 %2").arg(upgrading).arg(progress); });
+}
+
+} // namespace
+
+/// On the device's own port.
+class StateManagersTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init() { m_house->news.clear(); }
+    void passesOnRoutingAndLocks();
+    void readsFlags();
+    void readsUpgradeProgress();
+    void carriesOutRequests();
+
+private:
+    QStringList requests() const
+    {
+        return QStringList(m_service.lines()).replaceInStrings(QRegularExpression("^\\d{4}#"), QString());
+    }
+    void change(const QStringList &properties) { m_service.sendLines({"CHG " + properties.join("\r\nCHG ")}); }
+
+    ScriptedService m_service{6107};
+    std::optional<House> m_house;
+    QString m_getsRouting; ///< Signature of that request.
+};
+
+/// Everything is subscribed before it is read, and again after a loss.
+void StateManagersTest::initTestCase()
+{
+    fillCatalogue();
+    m_house.emplace();
+    Dt3Manager::instance()->connectToDevice();
+    const QStringList expected{"OPEN /MEDIA/XP/VIDEO", "OPEN /MEDIA/XP/VIDEO",
+        "GET /MEDIA/XP/VIDEO.DestinationConnectionStatus", "GET /MEDIA/XP/VIDEO.DestinationPortStatus",
+        "OPEN /SYS/CECU/LCD", "OPEN /SYS/CECU/LCD", "GET /SYS/CECU/LCD.ControlLock", "GET /SYS/CECU/LCD.AutoTake",
+        "OPEN /MANAGEMENT/POWER", "GET /MANAGEMENT/POWER.Operation", "OPEN /MANAGEMENT/BOOTLOADER",
+        "OPEN /MANAGEMENT/BOOTLOADER", "GET /MANAGEMENT/BOOTLOADER.Status", "GET /MANAGEMENT/BOOTLOADER.Progress"};
+    const QStringList confirmations{
+        "o- /MEDIA/XP/VIDEO", "o- /SYS/CECU/LCD", "o- /MANAGEMENT/POWER", "o- /MANAGEMENT/BOOTLOADER"};
+    for (int connection = 1; connection <= 2; ++connection) {
+        QTRY_COMPARE(requests(), expected);
+        m_getsRouting = m_service.takeLines().at(2).first(4);
+        m_service.sendLines(confirmations + QStringList{"CHG /MANAGEMENT/POWER.Operation=NORMAL"});
+        QTRY_COMPARE(m_house->news.size(), connection);
+        if (connection == 1)
+            m_service.dropClient();
+    }
 }
 
 void StateManagersTest::passesOnRoutingAndLocks()
 {
-    CrosspointManager manager;
-    QSignalSpy connections(&manager, &CrosspointManager::connectionChanged);
-    QSignalSpy locks(&manager, &CrosspointManager::lockStateChanged);
-    subscribe(manager);
-    const QString getsConnections = m_service.lines().at(2).first(4);
-    m_service.sendLines({'{' + getsConnections, "pr /MEDIA/XP/VIDEO.DestinationConnectionStatus=I1\\;0;", "}"});
+    m_service.sendLines({'{' + m_getsRouting, "pr /MEDIA/XP/VIDEO.DestinationConnectionStatus=I1\\;0;", "}"});
     change({"/MEDIA/XP/VIDEO.SourcePortStatus=T", "/MEDIA/XP/VIDEO.DestinationPortStatus=U0;L0;",
         "/MEDIA/XP/VIDEO.DestinationPortStatus=U0;L0;"});
-    QTRY_COMPARE(locks.count(), 2); // an equal value, too
-    QCOMPARE(locks.front(), QVariantList{"U0;L0;"});
-    QCOMPARE(connections.count(), 1);
-    QCOMPARE(connections.front(), QVariantList{"I1\\;0;"}); // as the device wrote it
-}
-
-void StateManagersTest::readsFlags_data()
-{
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("on");
-    QTest::addColumn<bool>("standby");
-
-    QTest::newRow("true") << "true" << true << false;
-    QTest::newRow("false") << "false" << false << false;
-    QTest::newRow("a number is not true") << "1" << false << false;
-    QTest::newRow("other case is not true") << "TRUE" << false << false;
-    QTest::newRow("standby") << "STANDBY" << false << true;
-    QTest::newRow("other case is not standby") << "standby" << false << false;
-    QTest::newRow("nothing") << "" << false << false;
+    QTRY_COMPARE(m_house->news, (QStringList{"routing I1\\;0;", "locks U0;L0;", "locks U0;L0;"})); // an equal one, too
 }
 
 void StateManagersTest::readsFlags()
 {
-    QFETCH(QString, value);
-    QFETCH(bool, on);
-    QFETCH(bool, standby);
-
-    FrontPanelStateManager frontPanel;
-    OperationStateManager operation;
-    QSignalSpy locked(&frontPanel, &FrontPanelStateManager::controlLockStateChanged);
-    QSignalSpy autotake(&frontPanel, &FrontPanelStateManager::autotakeModeChanged);
-    QSignalSpy inStandby(&operation, &OperationStateManager::operationStateChanged);
-    subscribe(operation);
-    frontPanel.connectionStateChanged(true);
-    QTRY_COMPARE(requests().size(), 6);
-    m_service.sendLines({"o- /SYS/CECU/LCD"});
-    change({"/SYS/CECU/LCD.ControlLock=" + value, "/SYS/CECU/LCD.Brightness=true", "/SYS/CECU/LCD.AutoTake=" + value,
-        "/MANAGEMENT/POWER.Psu1=STANDBY", "/MANAGEMENT/POWER.Operation=" + value});
-    QTRY_COMPARE(inStandby.count(), 1);
-    QCOMPARE(inStandby.front(), QVariantList{standby});
-    QCOMPARE(locked.count(), 1);
-    QCOMPARE(locked.front(), QVariantList{on});
-    QCOMPARE(autotake.count(), 1);
-    QCOMPARE(autotake.front(), QVariantList{on});
+    QString expected;
+    for (const QString value : {"true", "false", "1", "TRUE", "STANDBY", "standby", ""}) {
+        change(
+            {"/SYS/CECU/LCD.ControlLock=" + value, "/SYS/CECU/LCD.Brightness=true", "/SYS/CECU/LCD.AutoTake=" + value,
+                "/MANAGEMENT/POWER.Psu1=STANDBY", "/MANAGEMENT/POWER.Operation=" + value});
+        expected += QString("locked %1 autotake %1 standby %2 ").arg(value == "true").arg(value == "STANDBY");
+    }
+    QTRY_COMPARE(m_house->news.join(' ') + ' ', expected);
 }
 
 void StateManagersTest::readsUpgradeProgress()
 {
-    UpgradeStateManager manager;
-    QStringList states;
-    QObject::connect(&manager, &UpgradeStateManager::upgradeStateChanged, this,
-        [&](bool upgrading, uint8_t progress) { states.append(QString("%1 %2").arg(upgrading).arg(progress)); });
-    subscribe(manager);
-    const QString boot = "/MANAGEMENT/BOOTLOADER";
-    change({boot + ".Progress=7", boot + ".Status=UPDATING", boot + ".Progress=10", boot + ".Progress=55 of 100",
-        boot + ".Progress= 56", boot + ".Progress=300", boot + ".Progress=-1 x", boot + ".Progress=12%",
-        boot + ".Progress=99999999999", boot + ".Progress=", boot + ".Progress=55", boot + ".Status=IDLE"});
-    const QStringList expected{
-        "0 7", "1 7", "1 10", "1 55", "1 0", "1 44", "1 255", "1 0", "1 0", "1 0", "1 55", "0 55"};
-    QTRY_COMPARE(states, expected);
+    const QString boot = "/MANAGEMENT/BOOTLOADER.";
+    change({boot + "Progress=7", boot + "Status=UPDATING"});
+    for (const char *progress : {"10", "55 of 100", " 56", "300", "-1 x", "12%", "99999999999", "", "55"})
+        change({boot + "Progress=" + progress});
+    change({boot + "Status=IDLE"});
+    QTRY_COMPARE(m_house->news.join(", "), "0 7, 1 7, 1 10, 1 55, 1 0, 1 44, 1 255, 1 0, 1 0, 1 0, 1 55, 0 55");
 }
 
 void StateManagersTest::carriesOutRequests()
 {
-    CrosspointManager crosspoint;
-    FrontPanelStateManager frontPanel;
-    OperationStateManager operation;
-    crosspoint.connect("I3:-O5;");
-    crosspoint.connect("");
-    crosspoint.lockDestination("O3;");
-    crosspoint.unlockDestination("O5;");
-    frontPanel.setControlLock(true);
-    frontPanel.setControlLock(false);
-    frontPanel.setAutotakeMode(true);
-    operation.wakeUp();
-    const QStringList expected{"CALL /MEDIA/XP/VIDEO:connect(I3:-O5;)", "CALL /MEDIA/XP/VIDEO:connect()",
-        "CALL /MEDIA/XP/VIDEO:lockDestination(O3;)", "CALL /MEDIA/XP/VIDEO:unlockDestination(O5;)",
-        "SET /SYS/CECU/LCD.ControlLock=1", "SET /SYS/CECU/LCD.ControlLock=0", "SET /SYS/CECU/LCD.AutoTake=1",
-        "CALL /MANAGEMENT/POWER:wakeUp()"};
-    QTRY_COMPARE(requests(), expected);
-}
-
-void StateManagersTest::readsAgainAfterALoss()
-{
-    OperationStateManager manager;
-    QObject::connect(Dt3Manager::instance(), &Dt3Manager::connectionStateChanged, &manager,
-        &OperationStateManager::connectionStateChanged);
-    subscribe(manager);
     m_service.takeLines();
-    m_service.dropClient();
-    QTRY_COMPARE(requests(), (QStringList{"OPEN /MANAGEMENT/POWER", "GET /MANAGEMENT/POWER.Operation"}));
-    m_service.sendLines({"o- /MANAGEMENT/POWER"});
-    QSignalSpy standby(&manager, &OperationStateManager::operationStateChanged);
-    change({"/MANAGEMENT/POWER.Operation=STANDBY"});
-    QTRY_COMPARE(standby.count(), 1);
+    m_house->crosspoint.connect("I3:-O5;");
+    m_house->crosspoint.lockDestination("O3;");
+    m_house->crosspoint.unlockDestination("O5;");
+    m_house->frontPanel.setControlLock(true);
+    m_house->frontPanel.setAutotakeMode(false);
+    m_house->operation.wakeUp();
+    const QStringList expected{"CALL /MEDIA/XP/VIDEO:connect(I3:-O5;)", "CALL /MEDIA/XP/VIDEO:lockDestination(O3;)",
+        "CALL /MEDIA/XP/VIDEO:unlockDestination(O5;)", "SET /SYS/CECU/LCD.ControlLock=1",
+        "SET /SYS/CECU/LCD.AutoTake=0", "CALL /MANAGEMENT/POWER:wakeUp()"};
+    QTRY_COMPARE(requests(), expected);
 }
 
 QTEST_GUILESS_MAIN(StateManagersTest)

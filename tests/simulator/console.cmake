@@ -1,11 +1,4 @@
-foreach(name consolecommandtest consolescripttest)
-    house_test(${name}
-        SOURCES ${name}.cpp consolerig.cpp consolerig.h coreserviceclient.cpp coreserviceclient.h
-        LIBRARIES simulator)
-endforeach()
-
-house_test(consolelinetest SOURCES consolelinetest.cpp LIBRARIES simulator)
-
+house_test(consolescripttest SOURCES consolescripttest.cpp LIBRARIES simulator)
 house_test(consoleprocesstest DEVICE
     SOURCES consoleprocesstest.cpp coreserviceclient.cpp coreserviceclient.h
     LIBRARIES simulator)

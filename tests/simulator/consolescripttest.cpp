@@ -1,7 +1,9 @@
 #include "simulator/device.h"
+#include "simulator/frontkey.h"
 #include "simulator/scriptrunner.h"
+#include "simulator/words.h"
 
-#include <QSignalSpy>
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -9,222 +11,227 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How a script went.
-struct Outcome
+// What the programs of these tests can do. Descriptors get numbers that the shell chooses: the preload library has
+// some of its own.
+const QByteArray tools = R"sh(#!/bin/bash
+link() { exec {core}<>/dev/tcp/127.0.0.1/PORT; ask 'GET /.PartNumber'; } # which makes it ready
+ask() { printf '0001#%s\r\n' "$1" >&$core; }
+change() { # waits for the script to change a property
+    link; printf 'OPEN /SYS/CECU/LCD\r\n' >&$core
+    while read -r line <&$core; do echo "$line"; [[ $line = CHG* ]] && break; done; }
+device() { exec {device}<>/dev/input/event$1; }
+records() { head -c $((16 * $1)) <&$device | od -An -v -td4 -w16 | while read -r s us code value; do
+    now=$((s * 1000000 + us)); echo "$((code & 65535)) $((code >> 16)) $value +$((now - before))"; before=$now; done; }
+light() { printf "\0\0\0\0\0\0\0\0\x11\0\x$(printf %02x $1)\0\x0$2\0\0\0" >&$device; }
+stay() { while :; do read -r; done; }
+)sh";
+
+struct Case
 {
-    ExitCode code = ExitCode::Ok;
-    QString text;
-    QStringList progress;
+    const char *name, *program, *script; ///< Without a program where it is empty.
+    ExitCode code;
+    const char *text;  ///< In what is reported; '|' separates several.
+    int leastTime = 0; ///< ms
 };
 
-// What the program does in these tests is a shell script's lines, these for a start. The connection gets a number that
-// the shell chooses: the preload library has descriptors of its own.
-const QByteArray connectAndAsk = "exec {core}<>/dev/tcp/127.0.0.1/PORT\n"
-                                 "printf '0000#GET /.PartNumber\\r\\n' >&$core\n";
-const QByteArray answers
-    = "while read -r line <&$core; do echo \"$line\"; case \"$line\" in CHG*) break;; esac; done\n";
+constexpr auto Ok = ExitCode::Ok, Failed = ExitCode::Failed, TimedOut = ExitCode::TimedOut;
+#define CHANGE "set /SYS/CECU/LCD.Brightness=3\n"
+#define ASKS "change; ask 'SET a=1'; ask 'SET b=1'; ask 'SET c=1'; stay"
+
+// clang-format off
+constexpr Case cases[] = {
+    {"comments and commands are shown", "", "# Hello\n\nget /.PartNumber\n  tap take 1", Ok,
+        "# Hello\n> get /.PartNumber\n/.PartNumber=47110001\n> tap take 1"},
+    {"quit ends it", "", "quit\nexpect led take 1", Ok, ""},
+    {"tap and wait take their time", "", "tap take 150\nwait 150", Ok, "", 300},
+    {"device commands", "", "set /MANAGEMENT/NETWORK.LinkStatus=no   link\n"
+        "expect property /MANAGEMENT/NETWORK.LinkStatus=no link\ncall /MANAGEMENT/POWER:standby()\n"
+        "expect property /MANAGEMENT/POWER.Operation=STANDBY\ncall /MEDIA/XP/VIDEO:lockDestination(O2;)\n"
+        "preset add My show\npreset remove My show\nupgrade 0.2\n"
+        "expect property /MANAGEMENT/BOOTLOADER.Status=READY\nleds", Ok, "all LEDs are 0"},
+    {"get: no property", "", "get /SYS.No", Failed, "test.script:1: the device has no property /SYS.No"},
+    {"call: no method", "", "call /MANAGEMENT/POWER:explode()", Failed, "test.script:1: "},
+    {"remove: no preset", "", "preset remove Nothing", Failed, "test.script:1: "},
+    {"expect: no property", "", "expect property /SYS.No=3 within 20", Failed, "the device has no property /SYS.No"},
+    {"expect: another value", "", "expect property /SYS/CECU/LCD.Brightness=3 within 20", Failed,
+        "/SYS/CECU/LCD.Brightness is \"7\", expected \"3\" within 20 ms"},
+    {"nothing to restart", "", "restart", Failed, "test.script:1: there is no program"},
+    {"no reference picture", "", "expect-lcd nothing.png", Failed, "cannot read nothing.png"},
+    {"no folder for a picture", "", "lcd no/such/shot.png", Failed, "cannot write no/such/shot.png"},
+    {"the LCD is still", "", "wait-lcd-still 30", Ok, ""},
+    {"the LCD changes", "link; while :; do printf a 1<>/dev/fb0; printf b 1<>/dev/fb0; done",
+        "wait-lcd-still 1500 within 2000", TimedOut, "the LCD was never the same for 1500 ms within 2000 ms"},
+    {"a picture with tolerance", "change; head -c 2000 /dev/zero | tr '\\0' '\\10' 1<>/dev/fb0; echo painted; stay",
+        "lcd shot.png\nexpect-lcd shot.png\n" CHANGE "expect message painted\nexpect-lcd shot.png 8\n"
+        "expect-lcd shot.png 0 0.66\nexpect-lcd shot.png 7 0.65 within 20", Failed, "test.script:7: 500 of 76800 pixels"
+        " (0.651 %, allowed 0.65 %) differ from shot.png by more than 7, at most by 8|shot.actual.png"},
+
+    {"buttons in order", "device 2; link; records 8; stay", "press take\ntap 1.9 1\nrelease take\n"
+        "expect message 1 736 1\nexpect message 1 712 1\nexpect message 1 712 0\nexpect message 1 736 0", Ok, ""},
+    {"two detents of a spin, and a turn that is none", "device 0; link; records 6; stay", "turn -2 fast\nturn 1\n"
+        "expect message 2 0 -1\nexpect message 2 0 -1 +20000\nexpect message 2 0 1 +120000", Ok, ""},
+    {"LEDs by name", "device 2; light 3 1; light 21 2; light 36 1; link; stay", "expect led 1.36 1\nleds", Ok,
+        "source 3 = 1\ndestination 5 = 2\n1.36 = 1"},
+    {"an LED that comes", "device 2; link; records 1; light 21 1; light 21 2; stay",
+        "press take\nexpect led destination 5 2", Ok, ""},
+    {"another LED value, its line counted with comments and blank lines", "device 2; light 21 1; link; stay",
+        "# one\n\n  expect led destination 5 1\nexpect led destination 5 2 within 20\nquit", Failed,
+        "test.script:4: LED destination 5 is 1, expected 2 within 20 ms"},
+
+    {"requests in between are passed", ASKS, CHANGE "expect request a=1\nexpect request c=1", Ok, ""},
+    {"a request is taken once", ASKS, CHANGE "expect request b=1\nexpect request b=1 within 200", Failed,
+        "test.script:3: no request with \"b=1\" within 200 ms; the last ones:\n    SET c=1"},
+    {"one ahead of that taken last", ASKS, CHANGE "expect request c=1\nexpect request a=1 within 20", Failed,
+        "test.script:3: no request with \"a=1\" within 20 ms; there was none since the last one expected"},
+    {"a signature is no text of a request", ASKS, CHANGE "expect request a=1\nexpect request 0001 within 200", Failed,
+        "test.script:3: no request with"},
+    {"the first requests do not count", "link; stay", "expect request PartNumber within 20", Failed, "no request with"},
+    {"messages count from the start, each once", "echo hello; link; stay",
+        "expect message hello\nexpect message hello within 20", Failed, "test.script:2: no message with \"hello\""},
+
+    {"a program that never connects", "echo starting; stay", "quit", TimedOut, "test.script: front-panel was not"},
+    {"a program that ends before it is ready", "echo no display; exit 3", "wait 1", Failed,
+        "test.script: front-panel ended with exit code 3; its last messages:\n    no display"},
+    {"an end that nobody expects fails at once", "change; exit 0", CHANGE "expect led take 1 within 60000", Failed,
+        "test.script:2: front-panel ended with exit code 0"},
+    {"an end that is expected later", "change; exit 7", CHANGE "wait 50\nexpect exit 7", Ok, ""},
+    {"another exit code", "change; exit 1", CHANGE "expect exit 0", Failed,
+        "test.script:2: expected exit code 0, but front-panel ended with exit code 1"},
+    {"an end that does not come", "link; stay", "expect exit 0 within 30", Failed, "1: front-panel still runs"},
+    {"an end behind a restart is another program's", "change; exit 0", CHANGE "wait 60000\nrestart\nexpect exit 0",
+        Failed, "test.script:2: front-panel ended with exit code 0"},
+    {"a crash fails at once", "change; kill -KILL $$", CHANGE "wait 60000\nexpect exit 0", Failed,
+        "test.script:2: front-panel crashed; its last messages:\n|/SYS/CECU/LCD.Brightness=3\n|--wrap gdb"},
+    {"what the new program sends counts after a restart", "echo started; link; stay",
+        "expect message started\nrestart\nexpect request GET /.PartNumber\nexpect message started\n"
+        "expect message started within 20", Failed, "test.script:5: no message"},
+    {"a restart without a link is not waited for", "echo started; link && cat <&$core >/dev/null; echo cut; stay",
+        "link drop\nexpect message cut\nrestart\nexpect message started\nlink restore\nrestart\n"
+        "expect request PartNumber", Ok, ""},
+};
+
+constexpr const char *wrongLines[][2] = { // and what is said of them
+    {"dance", "no command \"dance\"; \"help\""}, {"expect lamp", "expect led KEY VALUE"}, {"tap", "is no key"},
+    {"tap source 9", "source needs a number from 1 to 8"}, {"press source 0", "source needs a number from 1 to 8"},
+    {"press 4.1", "1.1 to 3.40"}, {"press 1.41", "1.1 to 3.40"}, {"tap take long", "MS must be a whole number"},
+    {"wait -5", "MS must be a whole number from 1 to 600000"}, {"wait 600001", "from 1 to 600000"},
+    {"tap take 50 now", "\"now\" is too much; usage: tap KEY [MS]"}, {"turn 3 brisk", "\"brisk\" is too much"},
+    {"expect led take", "VALUE is missing"}, {"expect led take 1 within soon", "behind \"within\""},
+    {"expect request within 100", "TEXT is missing"}, {"set /SYS/CECU/LCD.Message", "is not PATH=VALUE"},
+    {"call /MANAGEMENT/POWER:standby", "is not PATH:METHOD(ARGUMENTS)"}, {"expect message \"Front", "not closed"},
+    {"upgrade 0", "SECONDS must be a number from 0.1 to 3600"}, {"help dance", "no such command"},
+    {"expect-lcd a.png 0 101", "PERCENT must be a number from 0 to 100"}};
+// clang-format on
+#undef CHANGE
+#undef ASKS
+
+Device::Setup setup(const QString &program)
+{
+    Device::Setup setup;
+    setup.frame = &frameDescriptors().front();
+    setup.program = program;
+    setup.port = 0;
+    return setup;
+}
 
 } // namespace
 
-/// Scripts against a device on a free port, and a shell script in the program's place.
+/// Commands and scripts on a device at a free port, with a shell script in the program's place.
 class ConsoleScriptTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { QVERIFY(m_files.isValid()); }
+    void initTestCase() { QVERIFY(m_files.isValid() && QDir::setCurrent(m_files.path())); }
 
     void plays_data();
     void plays();
-    void checksBeforePlaying();
-    void needsNoProgram();
-    void restarts();
-    void restartsWithoutALink();
-    void reportsAProgramThatCannotStart();
+    void refusesWrongLines_data();
+    void refusesWrongLines();
+    void readsWords();
+    void namesKeysAsTheFrameDoes();
 
 private:
-    Outcome play(Device &device, const QString &script, std::chrono::milliseconds readyTime = 10s);
-    Device::Setup setup(const QByteArray &program);
-    void writeProgram(const Device::Setup &setup, const QByteArray &text, quint16 port);
-
     QTemporaryDir m_files;
 };
 
-Device::Setup ConsoleScriptTest::setup(const QByteArray &program)
-{
-    Device::Setup setup;
-    setup.frame = &frameDescriptors().front();
-    setup.port = 0;
-    if (!program.isEmpty())
-        setup.program = m_files.filePath("front-panel");
-    return setup;
-}
-
-void ConsoleScriptTest::writeProgram(const Device::Setup &setup, const QByteArray &text, quint16 port)
-{
-    QFile file(setup.program);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("#!/bin/bash\n" + QByteArray(text).replace("PORT", QByteArray::number(port)));
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-Outcome ConsoleScriptTest::play(Device &device, const QString &script, std::chrono::milliseconds readyTime)
-{
-    Outcome outcome;
-    ScriptRunner runner(device, "test.script", script.split('\n'), readyTime);
-    bool finished = false;
-    connect(&runner, &ScriptRunner::progressed, &runner, [&outcome](const QString &text) { outcome.progress += text; });
-    connect(&runner, &ScriptRunner::finished, &runner, [&](ExitCode code, const QString &text) {
-        outcome.code = code;
-        outcome.text = text;
-        finished = true;
-    });
-    runner.start();
-    if (!QTest::qWaitFor([&finished] { return finished; }, 20000))
-        qFatal("the script never finished");
-    return outcome;
-}
-
 void ConsoleScriptTest::plays_data()
 {
-    QTest::addColumn<QByteArray>("program");
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<ExitCode>("code");
-    QTest::addColumn<QString>("text"); // what the outcome's text begins with
-
-    const QByteArray idle = connectAndAsk + "cat <&$core\n";
-    const QByteArray open = connectAndAsk + "printf 'OPEN /SYS/CECU/LCD\\r\\n' >&$core\n" + answers;
-    const QByteArray ask = open + "printf '0001#SET /SYS/CECU/LCD.AutoTake=1\\r\\n' >&$core\ncat <&$core\n";
-
-    QTest::newRow("a quiet script succeeds") << idle << "\n# nothing\nwait 1\n" << ExitCode::Ok << "";
-    QTest::newRow("quit ends it") << idle << "quit\nexpect led take 1" << ExitCode::Ok << "";
-    QTest::newRow("a failure names its line, comments and blank lines counted")
-        << idle << "# one\n\n  expect led take 1 within 20\nquit" << ExitCode::Failed
-        << "test.script:3: LED take is 0, expected 1 within 20 ms";
-    QTest::newRow("what the program asked at its start does not count")
-        << idle << "expect request GET /.PartNumber within 20" << ExitCode::Failed << "test.script:1: no request with";
-    QTest::newRow("what it asks now does")
-        << ask << "set /SYS/CECU/LCD.Brightness=3\nexpect request LCD.AutoTake=1" << ExitCode::Ok << "";
-    QTest::newRow("messages count from the program's start, each once")
-        << "echo hello\n" + idle << "expect message hello\nexpect message hello within 20" << ExitCode::Failed
-        << "test.script:2: no message with \"hello\" within 20 ms";
-
-    QTest::newRow("a program that does not connect is not waited for for ever")
-        << QByteArray("echo starting\nread -r line <> <(:)\n") << "quit" << ExitCode::TimedOut
-        << "test.script: front-panel was not ready within 400 ms";
-    QTest::newRow("a program that ends before it is ready")
-        << QByteArray("echo no display\nexit 3\n") << "wait 1" << ExitCode::Failed
-        << "test.script: front-panel ended with exit code 3; its last messages:\n    no display";
-    QTest::newRow("an end that nobody expects fails at once")
-        << open + "exit 0\n"
-        << "set /SYS/CECU/LCD.Brightness=3\nexpect led take 1 within 60000" << ExitCode::Failed
-        << "test.script:2: front-panel ended with exit code 0";
-    QTest::newRow("an end that is expected") << open + "exit 0\n"
-                                             << "set /SYS/CECU/LCD.Brightness=3\nexpect exit 0" << ExitCode::Ok << "";
-    QTest::newRow("an end that is expected later")
-        << open + "exit 7\n"
-        << "set /SYS/CECU/LCD.Brightness=3\nwait 50\nexpect exit 7" << ExitCode::Ok << "";
-    QTest::newRow("another exit code") << open + "exit 1\n"
-                                       << "set /SYS/CECU/LCD.Brightness=3\nexpect exit 0" << ExitCode::Failed
-                                       << "test.script:2: expected exit code 0, but front-panel ended with exit code 1";
-    QTest::newRow("an end that does not come")
-        << idle << "expect exit 0 within 30" << ExitCode::Failed << "test.script:1: front-panel still runs";
-    QTest::newRow("an end behind a restart is another program's")
-        << open + "exit 0\n"
-        << "set /SYS/CECU/LCD.Brightness=3\nwait 60000\nrestart\nexpect exit 0" << ExitCode::Failed
-        << "test.script:2: front-panel ended with exit code 0";
-    QTest::newRow("a crash fails at once, even where an end is expected")
-        << open + "kill -KILL $$\n"
-        << "set /SYS/CECU/LCD.Brightness=3\nexpect exit 0 within 60000" << ExitCode::Failed << "test.script:2: ";
+    QTest::addColumn<Case>("row");
+    for (const Case &row : cases)
+        QTest::newRow(row.name) << row;
 }
 
 void ConsoleScriptTest::plays()
 {
-    QFETCH(QByteArray, program);
-    QFETCH(QString, script);
-    QFETCH(ExitCode, code);
-    QFETCH(QString, text);
-    const Device::Setup how = setup(program);
-    Device device(how);
+    QFETCH(Case, row);
+    const QString program = *row.program ? m_files.filePath("front-panel") : QString();
+    Device device(setup(program));
     QCOMPARE(device.powerOn(), QString());
-    writeProgram(how, program, device.core().port());
-    device.startProgram();
-    const Outcome outcome = play(device, script, code == ExitCode::TimedOut ? 400ms : 10000ms);
-    QVERIFY2(text.isEmpty() || outcome.text.startsWith(text), qPrintable(outcome.text));
-    QCOMPARE(outcome.code, code);
-    QCOMPARE(outcome.text.isEmpty(), code == ExitCode::Ok);
-    if (program.contains("KILL")) {
-        QVERIFY2(outcome.text.contains("front-panel crashed; its last messages:\n"), qPrintable(outcome.text));
-        QVERIFY(outcome.text.contains("/SYS/CECU/LCD.Brightness=3")); // the line before the crash
-        QVERIFY(outcome.text.contains("--wrap gdb"));
+    if (!program.isEmpty()) {
+        QFile file(program);
+        QVERIFY(file.open(QIODevice::WriteOnly)
+            && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        file.write(QByteArray(tools).replace("PORT", QByteArray::number(device.core().port())) + row.program + '\n');
+        file.close();
+        device.startProgram();
     }
+    QElapsedTimer time;
+    time.start();
+    QStringList lines;
+    std::optional<ExitCode> end;
+    ScriptRunner runner(
+        device, "test.script", QString(row.script).split('\n'), row.code == TimedOut ? 1000ms : 20000ms);
+    connect(&runner, &ScriptRunner::progressed, &runner, [&lines](const QString &text) { lines += text; });
+    connect(&runner, &ScriptRunner::finished, &runner, [&](ExitCode code, const QString &text) {
+        lines += text;
+        end = code;
+    });
+    runner.start();
+    QTRY_VERIFY_WITH_TIMEOUT(end, 30000);
+    const QString report = lines.join('\n');
+    QVERIFY2(*end == row.code && (*end == Ok) == lines.last().isEmpty(), qPrintable(report));
+    for (const QString &text : QString(row.text).split('|'))
+        QVERIFY2(report.contains(text), qPrintable(report));
+    QVERIFY(time.elapsed() >= row.leastTime);
 }
 
-void ConsoleScriptTest::checksBeforePlaying()
+void ConsoleScriptTest::refusesWrongLines_data()
 {
+    QTest::addColumn<QString>("error");
+    for (const auto &row : wrongLines)
+        QTest::newRow(row[0]) << row[1];
+}
+
+void ConsoleScriptTest::refusesWrongLines()
+{
+    QFETCH(QString, error);
     Device device(setup({}));
-    ScriptRunner sound(device, "test.script", {"# comment", "", "press source 1"});
-    QCOMPARE(sound.check(), QString());
-    ScriptRunner wrong(device, "test.script", {"# comment", "press source 1", "press source nine", "dance"});
-    QVERIFY2(wrong.check().startsWith("test.script:3: source needs a number from 1 to 8"), qPrintable(wrong.check()));
+    const QString line = QTest::currentDataTag();
+    const QString seen = ScriptRunner(device, "x", {"set /SYS/CECU/LCD.Message=x", line, "quit"}, 1s).check();
+    QVERIFY2(seen.startsWith("x:2: ") && seen.contains(error), qPrintable(seen));
+    QCOMPARE(device.core().property("/SYS/CECU/LCD.Message").value_or("none"), QString()); // nothing has been done
 }
 
-void ConsoleScriptTest::needsNoProgram()
+void ConsoleScriptTest::readsWords()
 {
-    Device device(setup({}));
-    QCOMPARE(device.powerOn(), QString());
-    const Outcome outcome = play(device, "# A comment\nget /.PartNumber\ntap take 1");
-    QCOMPARE(outcome.code, ExitCode::Ok);
-    QCOMPARE(
-        outcome.progress, (QStringList{"# A comment", "> get /.PartNumber", "/.PartNumber=47110001", "> tap take 1"}));
-    for (const char *line : {"restart", "expect exit 0"}) {
-        const Outcome refused = play(device, line);
-        QCOMPARE(refused.code, ExitCode::Failed);
-        QVERIFY2(refused.text.startsWith("test.script:1: there is no program"), qPrintable(refused.text));
-    }
+    // only quote and backslash are escaped, and a comment begins at a word's begin
+    QCOMPARE(splitWords(R"(  tap   "a   b" " # "x "" say \"hi\" "a\\" b\n P#2 # rest)").list.join('|'),
+        R"(tap|a   b| # x||say|"hi"|a\|b\n|P#2)");
 }
 
-void ConsoleScriptTest::restarts()
+void ConsoleScriptTest::namesKeysAsTheFrameDoes()
 {
-    const QByteArray program = "echo started\n" + connectAndAsk + answers + "exit 4\n";
-    const Device::Setup how = setup(program);
-    Device device(how);
-    QCOMPARE(device.powerOn(), QString());
-    writeProgram(how, program, device.core().port());
-    device.startProgram();
-    const Outcome outcome = play(device,
-        "expect message started\n"
-        "restart\n"
-        "expect request GET /.PartNumber\n" // the new program's first request counts
-        "expect message started\n"
-        "expect message started within 20");
-    QCOMPARE(outcome.code, ExitCode::Failed);
-    QVERIFY2(outcome.text.startsWith("test.script:5: "), qPrintable(outcome.text));
-}
-
-void ConsoleScriptTest::restartsWithoutALink()
-{
-    const QByteArray program = "echo started\n" + connectAndAsk + "cat <&$core\nread -r line <> <(:)\n";
-    const Device::Setup how = setup(program);
-    Device device(how);
-    QCOMPARE(device.powerOn(), QString());
-    writeProgram(how, program, device.core().port());
-    device.startProgram();
-    // It cannot connect, so being ready is not waited for; that it ends over that is told all the same.
-    const Outcome outcome = play(device, "link drop\nrestart\nexpect message started\nlink restore");
-    QVERIFY2(outcome.code == ExitCode::Ok, qPrintable(outcome.text));
-}
-
-void ConsoleScriptTest::reportsAProgramThatCannotStart()
-{
-    Device::Setup how = setup("program");
-    how.wrapper = {"no-such-wrapper"};
-    writeProgram(how, "exit 0\n", 0);
-    Device device(how);
-    QCOMPARE(device.powerOn(), QString());
-    device.startProgram();
-    const Outcome outcome = play(device, "quit");
-    QCOMPARE(outcome.code, ExitCode::Missing);
-    QVERIFY2(outcome.text.contains("Is no-such-wrapper installed?"), qPrintable(outcome.text));
+    const auto place = [](int layout, const QString &name) {
+        FrontKey key;
+        QStringList words = (name + " rest").split(' ');
+        const QString error = takeKey(panelLayout(layout), &words, &key);
+        const QString back = keyName(panelLayout(layout), key) + ' ' + words.join(' ');
+        return back == name + " rest" ? QString("%1.%2").arg(key.panel).arg(key.button) : error + back;
+    };
+    QCOMPARE(place(0, "destination 1"), "1.17"); // an unknown layout is the smallest
+    QCOMPARE(place(3, "take"), "1.36");          // audio moves it
+    QCOMPARE(place(4, "source 17") + ' ' + place(5, "destination 33"), "2.1 3.1");
+    QCOMPARE(place(6, "destination 48") + ' ' + place(6, "3.40"), "3.32 3.40");
 }
 
 QTEST_GUILESS_MAIN(ConsoleScriptTest)

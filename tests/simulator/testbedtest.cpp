@@ -1,184 +1,177 @@
-#include "testbedrig.h"
+#include "simulator/hardware/testbed.h"
 
+#include "simulator/hardware/programrunner.h"
+
+#include <QAbstractEventDispatcher>
+#include <QFileInfo>
+#include <QSignalSpy>
 #include <QTest>
+
+#include <cerrno>
+#include <csignal>
+
+using namespace std::chrono_literals;
 
 namespace {
 
-HardwareFaults faultyI2c(HardwareFaults::I2c fault)
+// "open N" opens an input device for good, "records N" prints type, code, value of so many records of it, and the
+// microseconds since the record before.
+const QString tools = R"sh(open() { exec {device}<>/dev/input/event$1; echo open; }
+records() { head -c $((16 * $1)) <&$device | od -An -v -td4 -w16 | while read -r s us code value; do
+    now=$((s * 1000000 + us)); echo "$((code & 65535)) $((code >> 16)) $value +$((now - ${before:-$now}))"
+    before=$now; done; }
+light() { printf "\0\0\0\0\0\0\0\0\x11\0\x$(printf %02x $1)\0\1\0\0\0" >&$device; }
+)sh";
+
+/// A bed and a shell script that lives in it.
+struct Rig
 {
-    HardwareFaults faults;
-    faults.i2c = fault;
-    return faults;
-}
+    Rig()
+    {
+        QObject::connect(&runner, &ProgramRunner::messageLogged, &runner, [this](const QString &s) { printed << s; });
+    }
+
+    /// Waits until it has printed "open".
+    bool start(const QString &script)
+    {
+        printed.clear();
+        runner.start("/bin/bash", bed->programEnvironment(), {}, {"-c", tools + script});
+        return QTest::qWaitFor([this] { return printed.contains("open"); }, 30000);
+    }
+
+    bool ends() { return !ended.isEmpty() || ended.wait(30000); }
+
+    std::unique_ptr<TestBed> bed = std::make_unique<TestBed>(frameDescriptors().front());
+    ProgramRunner runner;
+    QSignalSpy ended{&runner, &ProgramRunner::ended};
+    QStringList printed;
+};
+
+/// Nothing is left for the event loop to do.
+bool isIdle() { return !QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents); }
 
 } // namespace
 
-/// The devices of a bed, seen by a program that lives in it.
+/// What the front-panel program never does to its bed, or cannot tell: shell scripts in its place.
 class TestBedTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void eepromCarriesPartNumber_data();
-    void eepromCarriesPartNumber();
-    void eepromIsA24xxChip_data();
-    void eepromIsA24xxChip();
-    void processorIsNamed_data();
-    void processorIsNamed();
-    void alphaRequestIsReported();
-    void missingDevicesCannotBeOpened_data();
-    void missingDevicesCannotBeOpened();
-    void lcdShowsWhatWasPainted();
+    void knobRecordsCarryTheSpacing();
+    void burstWaitsForASlowProgram();
+    void keysAreLostWhileNobodyListens();
+    void ledRecordsComeInParts();
     void bedsDoNotMeet();
+    void stopIsNoEnd();
+    void removedBedLeavesNothing();
 };
 
-void TestBedTest::eepromCarriesPartNumber_data()
+void TestBedTest::knobRecordsCarryTheSpacing()
 {
-    using I2c = HardwareFaults::I2c;
-    HardwareFaults blank;
-    blank.eepromBlank = true;
-    QTest::addColumn<HardwareFaults>("faults");
-    QTest::addColumn<QString>("identified");
-    QTest::addColumn<QString>("read");
-    QTest::newRow("in order") << HardwareFaults{} << "identified 0 1234"
-                              << "read 0 00001234";
-    QTest::newRow("blank EEPROM") << blank << "identified 0 0"
-                                  << "read 0 ........";
-    QTest::newRow("no bus") << faultyI2c(I2c::Missing) << "identified -1 0"
-                            << "read 3 ........";
-    QTest::newRow("nobody acknowledges") << faultyI2c(I2c::Nack) << "identified 0 0"
-                                         << "read 1 ........";
-    QTest::newRow("bus hangs") << faultyI2c(I2c::Timeout) << "identified 0 0"
-                               << "read 2 ........";
+    Rig rig;
+    QVERIFY(rig.start("open 0; records 10"));
+    rig.bed->turnKnob(2, 30ms);
+    rig.bed->turnKnob(-2, 1200ms);
+    rig.bed->turnKnob(1, 60ms);
+    QVERIFY(rig.ends());
+    QCOMPARE(rig.printed.join(", "),
+        "open, 2 0 1 +0, 0 0 0 +0, 2 0 1 +30000, 0 0 0 +0, 2 0 -1 +1200000, 0 0 0 +0, "
+        "2 0 -1 +1200000, 0 0 0 +0, 2 0 1 +60000, 0 0 0 +0");
 }
 
-void TestBedTest::eepromCarriesPartNumber()
+void TestBedTest::burstWaitsForASlowProgram()
 {
-    QFETCH(HardwareFaults, faults);
-    TestBedRig rig(faults, 1234);
-    QCOMPARE(rig.bed.errorString(), QString());
-    QVERIFY(rig.run({"identify", "read", "57:244:8"}));
-    QTEST(rig.printed.value(0), "identified");
-    QTEST(rig.printed.value(1), "read");
+    Rig rig;
+    QByteArray bytes; // more than the kernel keeps for a terminal, and all that a terminal could take for its own
+    for (int i = 0; i < 57600; ++i)
+        bytes += char(i + i / 256);
+    QVERIFY(rig.start("open 3; head -c 57600 <&$device | od -An -v -tx1 -w57600"));
+    for (int at = 0; at < bytes.size(); at += 1000)
+        rig.bed->deliverRaw(2, bytes.mid(at, 1000));
+    QVERIFY(rig.ends());
+    QVERIFY(rig.printed.last().remove(' ') == QLatin1String(bytes.toHex()));
 }
 
-void TestBedTest::eepromIsA24xxChip_data()
+void TestBedTest::keysAreLostWhileNobodyListens()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QStringList>("printed");
-    QTest::newRow("a write wraps round in its page") << QStringList{"write", "254:abcd", "read", "57:254:3", "read",
-        "57:128:2"} << QStringList{"wrote 0", "read 0 ab.", "read 0 cd"};
-    QTest::newRow("a read crosses pages") << QStringList{"write", "126:ab", "write", "128:cd", "read", "57:126:4"}
-                                          << QStringList{"wrote 0", "wrote 0", "read 0 abcd"};
-    QTest::newRow("the counter stays where a read left it") << QStringList{"write", "0:abcdef", "read", "57:0:2",
-        "next", "2", "next", "1"} << QStringList{"wrote 0", "read 0 ab", "next 1 cd", "next 1 e"};
-    QTest::newRow("the last byte is followed by the first") << QStringList{"write", "65535:z", "write", "0:a", "read",
-        "57:65535:2"} << QStringList{"wrote 0", "wrote 0", "read 0 za"};
-    QTest::newRow("a write without data is acknowledged and sets the counter")
-        << QStringList{"write", "10:x", "write", "10:", "next", "1"} << QStringList{"wrote 0", "wrote 0", "next 1 x"};
-    QTest::newRow("nobody else is on the bus")
-        << QStringList{"read", "50:0:1", "read", "56:0:1"} << QStringList{"read 1 .", "read 1 ."};
+    Rig rig;
+    rig.bed->setButton(1, 1, true);
+    QVERIFY(rig.start("open 2; read -r"));
+    QTest::ignoreMessage(QtWarningMsg, "The program does not read its input device: 65504 bytes are lost");
+    rig.bed->deliverRaw(1, QByteArray(65536, '\0'));
+    rig.bed->deliverRaw(1, QByteArray(65504, '\0'));
+    rig.runner.stop();
+    rig.bed->setButton(1, 3, true);
+    QVERIFY(rig.start("open 2; records 2"));
+    rig.bed->setButton(1, 2, true);
+    QVERIFY(rig.ends());
+    QCOMPARE(rig.printed.join(", "), "open, 1 705 1 +0, 0 0 0 +0");
 }
 
-void TestBedTest::eepromIsA24xxChip()
+void TestBedTest::ledRecordsComeInParts()
 {
-    QFETCH(QStringList, arguments);
-    TestBedRig rig;
-    QVERIFY(rig.run(arguments));
-    QTEST(rig.printed, "printed");
-}
-
-void TestBedTest::processorIsNamed_data()
-{
-    QTest::addColumn<bool>("other");
-    QTest::addColumn<QString>("printed");
-    QTest::newRow("the frame's own processor") << false << "supported";
-    QTest::newRow("another processor") << true << "not supported";
-}
-
-void TestBedTest::processorIsNamed()
-{
-    HardwareFaults faults;
-    QFETCH(bool, other);
-    faults.otherProcessor = other;
-    TestBedRig rig(faults);
-    QVERIFY(rig.run({"soc"}));
-    QTEST(rig.printed.value(0), "printed");
-}
-
-void TestBedTest::alphaRequestIsReported()
-{
-    TestBedRig rig;
-    const QSignalSpy alpha(&rig.bed, &TestBed::globalAlphaSet);
-    QVERIFY(rig.run({"alpha"}));
-    QTRY_COMPARE(alpha.count(), 1);
-    QCOMPARE(alpha.first(), (QVariantList{0, 0}));
-    QCOMPARE(rig.printed, QStringList());
-}
-
-void TestBedTest::missingDevicesCannotBeOpened_data()
-{
-    QTest::addColumn<int>("missing");
-    QTest::newRow("encoder") << 0;
-    QTest::newRow("first panel") << 2;
-    QTest::newRow("second panel") << 3;
-    QTest::newRow("third panel") << 4;
-    QTest::newRow("none") << -1;
-}
-
-void TestBedTest::missingDevicesCannotBeOpened()
-{
-    QFETCH(int, missing);
-    HardwareFaults faults;
-    faults.encoderMissing = missing == 0;
-    for (int panel = 0; panel < 3; ++panel)
-        faults.panelMissing[panel] = missing == panel + 2;
-    TestBedRig rig(faults);
-    QStringList arguments, expected;
-    for (int device = 0; device <= 4; ++device) {
-        const QString path = QString("/dev/input/event%1").arg(device);
-        arguments << "open" << path;
-        expected << (device == missing ? "cannot open " : "opened ") + path;
-    }
-    rig.bed.setButton(1, 1, true); // goes nowhere, whether there is a panel or not
-    rig.bed.turnKnob(1, std::chrono::milliseconds(1));
-    QVERIFY(rig.run(arguments));
-    QCOMPARE(rig.printed, expected);
-}
-
-void TestBedTest::lcdShowsWhatWasPainted()
-{
-    TestBedRig rig;
-    QImage expected(320, 240, QImage::Format_RGB32);
-    expected.fill(Qt::black);
-    QCOMPARE(rig.bed.lcd(), expected);
-    QVERIFY(rig.run({"paint", "2d96e9"}));
-    expected.fill(QColor(0x2d, 0x96, 0xe9));
-    QCOMPARE(rig.bed.lcd(), expected);
-    QCOMPARE(qAlpha(rig.bed.lcd().pixel(319, 239)), 255);
+    Rig rig;
+    const QSignalSpy written(rig.bed.get(), &TestBed::ledWritten);
+    QVERIFY(rig.start(R"(half='\0\0\0\0\0\0\0\0'
+        open 3; printf "$half" >&$device; echo half; head -c 1 <&$device >/dev/null
+        printf "\\x11\\0\\x16\\0\\1\\0\\0\\0$half\\x11\\0\\x28\\0\\2\\0\\0\\0$half" >&$device)"));
+    QTRY_COMPARE(rig.printed.last(), "half");
+    QTRY_VERIFY(isIdle()); // the first half has been read
+    rig.bed->setButton(2, 1, true);
+    QTRY_COMPARE(written.count(), 2);
+    QCOMPARE(written[0], (QVariantList{2, 22, 1}));
+    QCOMPARE(written[1], (QVariantList{2, 40, 2}));
+    QVERIFY(rig.ends());
+    QTRY_VERIFY(isIdle()); // a terminal without a program is in hang-up all the time: the loop must not turn for it
+    // the half at the end went with its program; the panel keeps its LEDs lit
+    QVERIFY(rig.start("open 3; light 1; read -r"));
+    QTRY_COMPARE(rig.bed->led(2, 1), 1);
+    QCOMPARE(rig.bed->led(2, 22), 1);
 }
 
 void TestBedTest::bedsDoNotMeet()
 {
-    TestBedRig one({}, 47110001), other({}, 58220003);
-    const QSignalSpy alpha(&other.bed, &TestBed::globalAlphaSet);
-    one.start({"events", "/dev/input/event2:16:2", "leds", "/dev/input/event2:1:1", "identify"});
-    other.start({"events", "/dev/input/event2:16:2", "paint", "ff0000", "identify"});
-    QVERIFY(one.waitUntilPrinted("opened /dev/input/event2"));
-    QVERIFY(other.waitUntilPrinted("opened /dev/input/event2"));
-    one.bed.setButton(1, 1, true);
-    other.bed.setButton(1, 2, true);
-    QVERIFY(one.waitUntilEnded());
-    QVERIFY(other.waitUntilEnded());
-    QCOMPARE(one.events(), (QStringList{"1 704 1", "0 0 0"}));
-    QCOMPARE(other.events(), (QStringList{"1 705 1", "0 0 0"}));
-    QCOMPARE(one.printed.last(), "identified 0 47110001");
-    QCOMPARE(other.printed.last(), "identified 0 58220003");
-    QTRY_COMPARE(one.bed.led(1, 1), 1);
-    QCOMPARE(other.bed.led(1, 1), 0);
-    QCOMPARE(one.bed.lcd().pixel(0, 0), qRgb(0, 0, 0));
-    QCOMPARE(other.bed.lcd().pixel(0, 0), qRgb(255, 0, 0));
-    QVERIFY(one.run({"alpha"}) && other.run({"alpha"}));
-    QTRY_COMPARE(alpha.count(), 1);
+    Rig one, other;
+    QVERIFY(other.start("open 2; records 2"));
+    QVERIFY(one.start("open 2; printf '\\377' 1<>/dev/fb0; light 1; records 2"));
+    one.bed->setButton(1, 1, true);
+    other.bed->setButton(1, 2, true);
+    QVERIFY(one.ends() && other.ends());
+    QCOMPARE((one.printed + other.printed).join(", "), "open, 1 704 1 +0, 0 0 0 +0, open, 1 705 1 +0, 0 0 0 +0");
+    QTRY_COMPARE(one.bed->led(1, 1), 1);
+    QCOMPARE(other.bed->led(1, 1), 0);
+    QVERIFY(one.bed->lcd().pixel(0, 0) != qRgb(0, 0, 0) && other.bed->lcd().pixel(0, 0) == qRgb(0, 0, 0));
+}
+
+void TestBedTest::stopIsNoEnd()
+{
+    for (const bool obedient : {true, false}) {
+        Rig rig;
+        const QString heeds = obedient ? "echo bye; exit 0" : "";
+        QVERIFY(rig.start("trap '" + heeds + "' TERM; echo open; while :; do read -r; done"));
+        const pid_t process = pid_t(rig.runner.processId());
+        rig.runner.stop();
+        QVERIFY(!rig.runner.isRunning() && kill(process, 0) < 0 && errno == ESRCH);
+        QCOMPARE(rig.printed.join(' '), obedient ? "open bye" : "open");
+        QVERIFY(rig.start("echo open; exit 1") && rig.ends());
+        QCOMPARE(rig.ended.takeFirst(), (QVariantList{1, false}));
+        QVERIFY(rig.ended.isEmpty());
+    }
+}
+
+void TestBedTest::removedBedLeavesNothing()
+{
+    Rig rig;
+    const QString root = rig.bed->programEnvironment().value("UMOCKDEV_DIR");
+    QVERIFY(QFileInfo::exists(root + "/dev/fb0"));
+    // A request would wait for its answer for ever, deaf to signals.
+    QVERIFY(rig.start(R"(exec {device}<>/dev/input/event2
+        perl -e '$| = 1; $b = "x" x 8; open(F, "+<", "/dev/i2c-0") && ioctl(F, 0x705, $b) && print "open\n";
+                 1 while ioctl(F, 0x705, $b)'
+        head -c 1 <&$device)"));
+    rig.bed.reset();
+    QVERIFY(!QFileInfo::exists(root));
+    QVERIFY(rig.ends());
 }
 
 QTEST_GUILESS_MAIN(TestBedTest)
