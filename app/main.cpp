@@ -16,6 +16,7 @@
 #include "managers/variantmanager.h"
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
+#include "ui/navigationmanager.h"
 #include "ui/pool.h"
 
 #include <QApplication>
@@ -82,16 +83,18 @@ int main(int argc, char **argv)
     application.setStyleSheet(QStringLiteral("*{ background-color: black}"));
     loadFonts();
 
+    NavigationManager *navigation = NavigationManager::instance();
     Dt3Manager *dt3 = Dt3Manager::instance();
-    Pool::instance();
+    Pool *pool = Pool::instance();
     QCoreApplication::processEvents(); // the LCD shows its first picture
+    pool->initScreens();
 
     CrosspointManager crosspoint;
     FrontPanelStateManager frontPanelState;
     OperationStateManager operationState;
     UpgradeStateManager upgradeState;
-    connectHouse({*dt3, *variant, crosspoint, frontPanelState, operationState, upgradeState, *PresetManager::instance(),
-        filter, logic});
+    connectHouse({*dt3, *variant, *pool, *navigation, crosspoint, frontPanelState, operationState, upgradeState,
+        *PresetManager::instance(), filter, logic});
 
     dt3->connectToDevice();
     const int status = QApplication::exec();

@@ -9,11 +9,15 @@
 #include "managers/upgradestatemanager.h"
 #include "managers/variantmanager.h"
 #include "protocol/dt3manager.h"
+#include "ui/navigationmanager.h"
+#include "ui/pool.h"
 
 void connectHouse(const House &house)
 {
     Dt3Manager *dt3 = &house.dt3;
     VariantManager *variant = &house.variant;
+    Pool *pool = &house.pool;
+    NavigationManager *navigation = &house.navigation;
     CrosspointManager *crosspoint = &house.crosspoint;
     FrontPanelStateManager *frontPanelState = &house.frontPanelState;
     OperationStateManager *operationState = &house.operationState;
@@ -30,12 +34,17 @@ void connectHouse(const House &house)
 
     // clang-format off
     connect(dt3, &Dt3::connectionStateChanged, variant, &VariantManager::connectionStateChanged);
+    connect(dt3, &Dt3::connectionStateChanged, pool, &Pool::connectionStateChanged);
+    connect(dt3, &Dt3::connectionTimeoutExpired, pool, &Pool::connectionTimeoutExpired);
+    connect(dt3, &Dt3::connectionStateChanged, navigation, &NavigationManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, crosspoint, &CrosspointManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, frontPanelState, &FrontPanelStateManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, operationState, &OperationStateManager::connectionStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, upgradeState, &Upgrade::connectionStateChanged);
+    connect(upgradeState, &Upgrade::upgradeStateChanged, pool, &Pool::upgradeStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, preset, &PresetManager::connectionStateChanged);
 
+    connect(filter, &ControlLockFilter::lockedWarningAction, pool, &Pool::lockedWarningAction);
     connect(filter, &ControlLockFilter::wakeUpAction, operationState, &OperationStateManager::wakeUp);
     connect(upgradeState, &Upgrade::upgradeStateChanged, filter, &ControlLockFilter::upgradeStateChanged);
     connect(dt3, &Dt3::connectionStateChanged, filter, &ControlLockFilter::connectionStatusChanged);
@@ -50,6 +59,7 @@ void connectHouse(const House &house)
     connect(logic, &FrontLogic::lockDestination, crosspoint, &CrosspointManager::lockDestination);
     connect(logic, &FrontLogic::unlockDestination, crosspoint, &CrosspointManager::unlockDestination);
 
+    connect(logic, &FrontLogic::preselectAction, pool, &Pool::preselectAction);
     connect(logic, &FrontLogic::presetLoad, preset, &PresetManager::loadPresetByButtonNum);
     connect(logic, &FrontLogic::presetSave, preset, &PresetManager::createPresetByButtonNum);
 

@@ -5,7 +5,9 @@ class CrosspointManager;
 class Dt3Manager;
 class FrontLogic;
 class FrontPanelStateManager;
+class NavigationManager;
 class OperationStateManager;
+class Pool;
 class PresetManager;
 class UpgradeStateManager;
 class VariantManager;
@@ -15,6 +17,8 @@ struct House
 {
     Dt3Manager &dt3;
     VariantManager &variant;
+    Pool &pool;
+    NavigationManager &navigation;
     CrosspointManager &crosspoint;
     FrontPanelStateManager &frontPanelState;
     OperationStateManager &operationState;

@@ -1,9 +1,61 @@
 #include "ui/pool.h"
 
+#include "protocol/catalogue.h"
+#include "protocol/dt3manager.h"
+#include "ui/screenchoose.h"
+#include "ui/screenenterstandby.h"
+#include "ui/screenresettofactorydefaults.h"
+#include "ui/screens/screenroot.h"
+#include "ui/screensetdatetime.h"
+#include "ui/screensetip.h"
+#include "ui/screenslider.h"
+#include "ui/screenwarning.h"
+#include "ui/screenwheel.h"
+#include "ui/styles.h"
+
 #include <QCoreApplication>
-#include <QLabel>
+#include <QNetworkInterface>
 #include <QPointer>
+#include <QTimerEvent>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr QRect lcd(0, 0, 320, 240);
+constexpr QMargins noticeMargins(15, 10, 15, 10);
+constexpr int noticeEdges = noticeMargins.left() + noticeMargins.right() + 2; // and the border
+
+QString addressMessage(const QString &host)
+{
+    return QStringLiteral("Download log files:\n\thttp://%1/log\nFirmware upgrade:\n\thttp://%1/firmware").arg(host);
+}
+
+/// Where a browser finds the device: the last address of the last interface that is up.
+QString addressMessage()
+{
+    QString address;
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &interface : interfaces) {
+        if (!interface.flags().testFlags(QNetworkInterface::IsUp | QNetworkInterface::IsRunning))
+            continue;
+        const QList<QNetworkAddressEntry> entries = interface.addressEntries();
+        for (const QNetworkAddressEntry &entry : entries) {
+            const QHostAddress ip = entry.ip();
+            if (ip.protocol() == QAbstractSocket::IPv4Protocol && ip != QHostAddress(QHostAddress::LocalHost)) {
+                address = ip.toString();
+                qDebug("\"%s\"", qUtf8Printable(address));
+            }
+        }
+    }
+    return address.isEmpty() ? QStringLiteral("Plz connect ethernet cable...") : addressMessage(address);
+}
+
+} // namespace
 
 Pool *Pool::instance()
 {
@@ -16,14 +68,141 @@ Pool *Pool::instance()
 }
 
 Pool::Pool()
+    : MyWidget(nullptr, Qt::FramelessWindowHint)
 {
-    setWindowFlag(Qt::FramelessWindowHint);
-    setGeometry(0, 0, 320, 240);
+    m_lockTimer.setSingleShot(true);
+    m_lockTimer.setInterval(3s);
+    m_noticeTimer.setSingleShot(true);
+    m_noticeTimer.setInterval(3s);
+    setGeometry(lcd);
+    auto *label = new StyledLabel(this);
+    label->setSheet(Style::message);
+    label->setText(QStringLiteral("The matrix is about to start."));
     auto *layout = new QVBoxLayout(this);
-    auto *label = new QLabel(QStringLiteral("The matrix is about to start."), this);
-    label->setStyleSheet(QStringLiteral("*{ font-family: RobotoMedium; font-size: 19px; color: #FFFFFF}"));
     layout->addWidget(label, 0, Qt::AlignCenter);
     setFocusPolicy(Qt::StrongFocus); // keys are posted to the widget with the focus; without one they are lost
     setVisible(true);
     setFocus();
+}
+
+void Pool::initScreens()
+{
+    makeEditors();
+    makeNotices();
+    auto *root = new ScreenRoot(this, m_editors);
+    root->setTitle(QStringLiteral("Main Menu"));
+    root->showMe();
+    m_bootScreen->present();
+    connect(root, &Screen::pendingEntriesFinished, this, &Pool::menuEntriesReady);
+}
+
+void Pool::makeEditors()
+{
+    m_editors.choose = new ScreenChoose(this);
+    m_editors.slider = new ScreenSlider(this);
+    m_editors.setDate = new ScreenSetDate(this);
+    m_editors.setIp = new ScreenSetIp(this);
+    m_editors.setTime = new ScreenSetTime(this);
+    m_editors.wheel = new ScreenWheel(this);
+    m_editors.resetToFactoryDefaults = new ScreenResetToFactoryDefaults(this);
+    m_editors.enterStandby = new ScreenEnterStandby(this);
+}
+
+void Pool::makeNotices()
+{
+    m_bootScreen = new ScreenReconnecting(this);
+    m_bootScreen->setTitle(QStringLiteral("Booting..."));
+    m_bootScreen->setMessage(QStringLiteral("Please wait..."));
+    m_bootFailedScreen = new ScreenFail(this);
+    m_bootFailedScreen->setTitle(QStringLiteral("Booting Failed"));
+    m_bootFailedScreen->setMessage(addressMessage(QStringLiteral("ip")));
+    m_lockedScreen = new ScreenWarning(this, false, false);
+    m_lockedScreen->setTitle(QStringLiteral("Warning"));
+    m_lockedScreen->setMessage(QStringLiteral("Front panel is locked."));
+    connect(&m_lockTimer, &QTimer::timeout, m_lockedScreen, &ScreenWarning::withdraw);
+    m_upgradingScreen = new ScreenWarning(this, false, false);
+    m_upgradingScreen->setTitle(QStringLiteral("Upgrading..."));
+    m_upgradingScreen->setMessage(QStringLiteral("Please wait while upgrading."));
+
+    m_lcdMessage = propLcdMessage;
+    m_noticeLabel = new StyledLabel(this);
+    m_noticeLabel->setSheet(QStringLiteral("*{ font-family: RobotoMedium; font-size: 19px; color: #FFFFFF; "
+                                           "background-color: #2c2c2c; border: 1px solid #2d96e9}"));
+    m_noticeLabel->setAlignment(Qt::AlignCenter);
+    m_noticeLabel->setWordWrap(true);
+    m_noticeLabel->setMaximumSize(300, 220);
+    m_noticeLabel->setMinimumWidth(100);
+    m_noticeLabel->setContentsMargins(noticeMargins);
+    m_noticeLabel->hide();
+    connect(&m_noticeTimer, &QTimer::timeout, m_noticeLabel, &QWidget::hide);
+}
+
+void Pool::menuEntriesReady() { m_bootScreen->withdraw(); }
+
+void Pool::connectionStateChanged(bool connected)
+{
+    const QString messageNode = Dt3Manager::nodeOf(m_lcdMessage.path());
+    if (!connected) {
+        Dt3Sink::close(messageNode);
+        m_editors.slider->connectionLost();
+        m_editors.enterStandby->connectionLost();
+        m_bootScreen->setTitle(QStringLiteral("Reconnecting..."));
+        m_bootScreen->setMessage(QStringLiteral("Attempting to reconnect."));
+        m_bootScreen->present();
+        return;
+    }
+    m_addressTimer.stop();
+    if (Screen::pendingEntries() == 0)
+        m_bootScreen->withdraw(); // else when the menu is complete
+    m_bootFailedScreen->withdraw();
+    open(messageNode);
+}
+
+void Pool::connectionTimeoutExpired()
+{
+    m_bootFailedScreen->setMessage(addressMessage());
+    m_bootScreen->withdraw();
+    m_bootFailedScreen->present();
+    m_addressTimer.start(10'000, this); // ms: a cable may be plugged in
+}
+
+void Pool::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_addressTimer.timerId())
+        m_bootFailedScreen->setMessage(addressMessage());
+}
+
+void Pool::lockedWarningAction()
+{
+    if (!m_lockTimer.isActive())
+        m_lockedScreen->present();
+    m_lockTimer.start();
+}
+
+void Pool::preselectAction(const QString &) { }
+
+void Pool::upgradeStateChanged(bool upgrading, uint8_t progress)
+{
+    Q_UNUSED(progress)
+    if (upgrading)
+        m_upgradingScreen->present();
+    else
+        m_upgradingScreen->withdraw();
+}
+
+void Pool::factoryDefaultButtonPushed() { m_editors.resetToFactoryDefaults->showMe(); }
+
+void Pool::propertyChanged(const QString &property, const QString &value)
+{
+    if (property != m_lcdMessage.path() || value.isEmpty())
+        return;
+    m_noticeTimer.start();
+    m_noticeLabel->setText(value);
+    // Its words in as few lines as fit, where the label's own size hint would take as narrow a column as it may.
+    const int line = m_noticeLabel->fontMetrics().size(Qt::TextExpandTabs, value).width();
+    const int width = std::clamp(line + noticeEdges, m_noticeLabel->minimumWidth(), m_noticeLabel->maximumWidth());
+    m_noticeLabel->resize(width, m_noticeLabel->heightForWidth(width));
+    m_noticeLabel->move((lcd.width() - m_noticeLabel->width()) / 2, (lcd.height() - m_noticeLabel->height()) / 2);
+    m_noticeLabel->raise();
+    m_noticeLabel->show();
 }

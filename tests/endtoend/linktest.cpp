@@ -40,7 +40,7 @@ void LinkTest::serviceStartsLate()
     QTRY_VERIFY(front.messages().join('\n').contains("Connecting to 127.0.0.1:6107 ..."));
     front.tap(1, 3); // swallowed: nobody is there to switch
     QCOMPARE(front.device().powerOn(), QString());
-    const QStringList first{"GET /.PartNumber", "OPEN /MEDIA/XP/VIDEO", "OPEN /MEDIA/XP/VIDEO",
+    const QStringList first{"GET /.PartNumber", "OPEN /SYS/CECU/LCD", "OPEN /MEDIA/XP/VIDEO", "OPEN /MEDIA/XP/VIDEO",
         "GET /MEDIA/XP/VIDEO.DestinationConnectionStatus", "GET /MEDIA/XP/VIDEO.DestinationPortStatus",
         "OPEN /SYS/CECU/LCD", "OPEN /SYS/CECU/LCD", "GET /SYS/CECU/LCD.ControlLock", "GET /SYS/CECU/LCD.AutoTake",
         "OPEN /MANAGEMENT/POWER", "GET /MANAGEMENT/POWER.Operation", "OPEN /MANAGEMENT/BOOTLOADER",

@@ -1,0 +1,61 @@
+#include "ui/myscroll.h"
+
+#include <QEvent>
+#include <QScrollBar>
+#include <QVariant>
+
+MyScroll::MyScroll(QWidget *parent)
+    : QScrollArea(parent)
+    , m_grid(&m_rows)
+{
+    m_grid.setContentsMargins(0, 0, 0, 0);
+    m_grid.setSpacing(8);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    setFrameShape(QFrame::NoFrame);
+    // On the bar alone: on the area, Qt would look through it for each of the labels.
+    verticalScrollBar()->setStyleSheet(
+        QStringLiteral("QScrollBar{ border: 1px solid #2a2a2a; background: #2a2a2a; max-width: 6px}"
+                       "QScrollBar::handle{ background: #5e5e5e}QScrollBar::add-line{ background: none}"
+                       "QScrollBar::sub-line{ background: none}QScrollBar::add-page{ background: none}"
+                       "QScrollBar::sub-page{ background: none}"));
+    setWidget(&m_rows);
+    setWidgetResizable(true);
+}
+
+MyScroll::~MyScroll() { takeWidget(); }
+
+void MyScroll::resizeEvent(QResizeEvent *event)
+{
+    m_rows.setMaximumWidth(viewport()->width()); // long texts are squeezed, which elides them, instead of cut off
+    QScrollArea::resizeEvent(event);
+}
+
+void MyScroll::openRow(int row)
+{
+    m_grid.setRowStretch(row, 0);
+    m_grid.setRowStretch(row + 1, 1);
+}
+
+void MyScroll::hoverEvent(QWidget *hovered)
+{
+    m_hovered = hovered;
+    showHovered();
+}
+
+void MyScroll::showHovered()
+{
+    if (!m_hovered || m_hovered->property("state") != QLatin1StringView("hovered"))
+        return;
+    m_grid.activate(); // rows that have just come have no place yet
+    ensureWidgetVisible(m_hovered, 0, 24);
+}
+
+bool MyScroll::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool filtered = QScrollArea::eventFilter(watched, event);
+    if (watched == &m_rows && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize))
+        showHovered();
+    return filtered;
+}

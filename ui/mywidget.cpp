@@ -1,0 +1,38 @@
+#include "ui/mywidget.h"
+
+#include <QPainter>
+#include <QVariant>
+
+MyWidget::MyWidget(QWidget *parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void MyWidget::setSheet(const QString &text)
+{
+    m_sheet = StyleSheet::of(text);
+    updateLook();
+}
+
+void MyWidget::setStyledProperty(const char *name, const QVariant &value)
+{
+    setProperty(name, value);
+    updateLook();
+}
+
+void MyWidget::updateLook()
+{
+    if (!m_sheet)
+        return;
+    if (const Look look = m_sheet->look(*this); look != m_look) {
+        m_look = look;
+        update();
+    }
+}
+
+void MyWidget::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    m_look.paintBox(painter, rect());
+}

@@ -1,0 +1,91 @@
+#include "ui/navigationmanager.h"
+
+#include "ui/screen.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+NavigationManager *NavigationManager::instance()
+{
+    static QPointer<NavigationManager> self;
+    if (!self) {
+        self = new NavigationManager; // owned by the post routine
+        qAddPostRoutine([] { delete self.data(); });
+    }
+    return self;
+}
+
+void NavigationManager::push(Screen *screen)
+{
+    if (isTop(screen))
+        return;
+    Screen *previous = m_screens.isEmpty() ? nullptr : m_screens.last();
+    m_screens.removeAll(screen);
+    m_screens.append(screen);
+    connect(screen, &QObject::destroyed, this, &NavigationManager::forgetScreen, Qt::UniqueConnection);
+
+    screen->prepareToOpen();
+    if (previous) {
+        screen->stackUnder(previous);
+        previous->stackUnder(screen);
+    }
+    pushFocus(screen);
+    if (previous)
+        previous->setActive(false);
+    screen->setActive(true);
+    screen->slideIn(previous);
+}
+
+void NavigationManager::pop(Screen *screen)
+{
+    if (m_screens.size() < 2 || !isTop(screen))
+        return;
+    m_screens.removeLast();
+    Screen *next = m_screens.last();
+
+    screen->prepareToLeave();
+    next->setVisible(true);
+    next->stackUnder(screen);
+    screen->setActive(false);
+    // An item that is still being edited leaves with its screen.
+    while (m_focusStack.last() != screen && screen->isAncestorOf(m_focusStack.last()))
+        m_focusStack.removeLast();
+    popFocus(screen);
+    next->setActive(true);
+    screen->slideOut();
+}
+
+bool NavigationManager::isTop(const Screen *screen) const { return !m_screens.isEmpty() && m_screens.last() == screen; }
+
+void NavigationManager::pushFocus(QWidget *widget)
+{
+    widget->setFocus(Qt::OtherFocusReason);
+    m_focusStack.removeAll(widget);
+    m_focusStack.append(widget);
+    connect(widget, &QObject::destroyed, this, &NavigationManager::forgetWidget, Qt::UniqueConnection);
+}
+
+void NavigationManager::popFocus(QWidget *widget)
+{
+    if (m_focusStack.isEmpty() || m_focusStack.last() != widget)
+        return;
+    m_focusStack.removeLast();
+    if (!m_focusStack.isEmpty())
+        m_focusStack.last()->setFocus(Qt::OtherFocusReason);
+}
+
+void NavigationManager::connectionStateChanged(bool connected)
+{
+    if (connected && !m_screens.isEmpty())
+        m_screens.last()->reactivate();
+}
+
+// The pointers only serve to find the entries: what they point at is half gone.
+void NavigationManager::forgetScreen(QObject *screen) { m_screens.removeAll(static_cast<Screen *>(screen)); }
+
+void NavigationManager::forgetWidget(QObject *widget)
+{
+    m_focusStack.removeAll(static_cast<QWidget *>(widget));
+    if (!m_focusStack.isEmpty())
+        m_focusStack.last()->setFocus(Qt::OtherFocusReason);
+}

@@ -1,0 +1,123 @@
+#include "ui/screenchoose.h"
+
+#include "protocol/dt3manager.h"
+#include "protocol/dt3property.h"
+#include "ui/dataline.h"
+#include "ui/styles.h"
+
+namespace {
+
+constexpr const char *markedProperty = "set"; // what the style sheets call it
+
+} // namespace
+
+ScreenChoose::ChooseLine::ChooseLine(ScreenChoose *screen)
+    : QObject(screen)
+    , captionLabel(screen)
+    , iconLabel(screen)
+{
+    captionLabel.setSheet(Style::chooseCaption);
+    iconLabel.setSheet(Style::chooseIcon);
+    iconLabel.setFixedWidth(13);
+    iconLabel.setAlignment(Qt::AlignCenter);
+    collection.addWidget(&iconLabel);
+    collection.addWidget(&captionLabel);
+    setMarked(false);
+    for (const auto signal : {&ItemLabel::signalNormaled, &ItemLabel::signalHovered})
+        connect(&iconLabel, signal, this, &ChooseLine::updateIconText);
+}
+
+void ScreenChoose::ChooseLine::setMarked(bool marked)
+{
+    captionLabel.setStyledProperty(markedProperty, marked);
+    iconLabel.setStyledProperty(markedProperty, marked);
+    updateIconText();
+}
+
+void ScreenChoose::ChooseLine::updateIconText()
+{
+    iconLabel.setText(iconLabel.property(markedProperty).toBool() ? Glyph::checkCircle : Glyph::circleOutline);
+}
+
+ScreenChoose::ScreenChoose(QWidget *parent)
+    : Screen(parent)
+    , m_scroll(this)
+{
+    contentLayout()->addWidget(&m_scroll);
+    contentLayout()->setContentsMargins(10, 0, 3, 0);
+    stackContents(Contents::Fill);
+    showBackButton();
+}
+
+void ScreenChoose::openedFrom(const DataLine &row) { bindProperty(row.property()); }
+
+void ScreenChoose::bindProperty(Dt3Property *property)
+{
+    m_property = property;
+    for (ChooseLine *line : std::as_const(m_chooseLines)) {
+        navigator().hide(&line->collection);
+        line->setMarked(false);
+    }
+    m_optionLines.clear();
+    const QStringList captions = property->captions();
+    while (m_chooseLines.size() < captions.size())
+        m_chooseLines.append(addLine());
+    for (qsizetype i = 0; i < captions.size(); ++i) {
+        ChooseLine *line = m_chooseLines[i];
+        m_optionLines.insert(captions[i], line);
+        line->captionLabel.setText(captions[i]);
+        navigator().show(&line->collection, false);
+    }
+}
+
+ScreenChoose::ChooseLine *ScreenChoose::addLine()
+{
+    auto *line = new ChooseLine(this); // owned by the screen
+    const int row = static_cast<int>(m_chooseLines.size());
+    m_scroll.openRow(row);
+    m_scroll.grid()->addWidget(&line->iconLabel, row, 0);
+    m_scroll.grid()->addWidget(&line->captionLabel, row, 1);
+    connect(&line->captionLabel, &ItemLabel::signalSelected, this, [this, line] { selectedLabel(line); });
+    connect(&line->captionLabel, &ItemLabel::signalHovered, &m_scroll,
+        [this, line] { m_scroll.hoverEvent(&line->captionLabel); });
+    navigator().insert(saveCollection(), &line->collection);
+    return line;
+}
+
+void ScreenChoose::setActive(bool active)
+{
+    if (!m_property)
+        return;
+    const QString node = Dt3Manager::nodeOf(m_property->path());
+    if (!active) {
+        Dt3Sink::close(node);
+        return;
+    }
+    open(node);
+    get(m_property->path());
+}
+
+void ScreenChoose::propertyReceived(const QString &property, const QString &value)
+{
+    if (m_property)
+        showValue(property, m_property->caption(value));
+}
+
+void ScreenChoose::propertyChanged(const QString &property, const QString &value) { propertyReceived(property, value); }
+
+void ScreenChoose::showValue(const QString &property, const QString &caption)
+{
+    if (!m_property || property != m_property->path())
+        return;
+    mark(m_currentCaption, false);
+    m_currentCaption = caption;
+    mark(m_currentCaption, true);
+}
+
+void ScreenChoose::mark(const QString &caption, bool marked)
+{
+    if (ChooseLine *line = m_optionLines.value(caption))
+        line->setMarked(marked);
+}
+
+void ScreenChoose::selectedLabel(const ChooseLine *line) { setValue(*m_property, line->captionLabel.text()); }

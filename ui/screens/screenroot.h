@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ui/screendata.h"
+
+struct Editors;
+
+/// The top of the menu.
+class ScreenRoot : public ScreenData
+{
+    Q_OBJECT
+public:
+    ScreenRoot(QWidget *parent, const Editors &editors);
+};
