@@ -17,10 +17,8 @@ void CollectionNavigator::remove(Collection *collection)
     if (current)
         previous();
     m_collections.removeAll(collection);
-    if (current && m_current == collection) { // there was none before it
-        m_current = nullptr;
+    if (current && m_current == collection) // there was none before it
         reset();
-    }
 }
 
 void CollectionNavigator::show(Collection *collection, bool skipped)

@@ -11,9 +11,8 @@ constexpr const char *markedProperty = "set"; // what the style sheets call it
 
 } // namespace
 
-ScreenChoose::ChooseLine::ChooseLine(ScreenChoose *screen)
-    : QObject(screen)
-    , captionLabel(screen)
+ScreenChoose::ChooseLine::ChooseLine(QWidget *screen)
+    : captionLabel(screen)
     , iconLabel(screen)
 {
     captionLabel.setSheet(Style::chooseCaption);
@@ -54,26 +53,26 @@ void ScreenChoose::openedFrom(const DataLine &row) { bindProperty(row.property()
 void ScreenChoose::bindProperty(Dt3Property *property)
 {
     m_property = property;
-    for (ChooseLine *line : std::as_const(m_chooseLines)) {
+    for (const auto &line : m_chooseLines) {
         navigator().hide(&line->collection);
         line->setMarked(false);
     }
     m_optionLines.clear();
     const QStringList captions = property->captions();
-    while (m_chooseLines.size() < captions.size())
-        m_chooseLines.append(addLine());
+    while (static_cast<qsizetype>(m_chooseLines.size()) < captions.size())
+        addLine();
     for (qsizetype i = 0; i < captions.size(); ++i) {
-        ChooseLine *line = m_chooseLines[i];
+        ChooseLine *line = m_chooseLines[static_cast<size_t>(i)].get();
         m_optionLines.insert(captions[i], line);
         line->captionLabel.setText(captions[i]);
         navigator().show(&line->collection, false);
     }
 }
 
-ScreenChoose::ChooseLine *ScreenChoose::addLine()
+void ScreenChoose::addLine()
 {
-    auto *line = new ChooseLine(this); // owned by the screen
     const int row = static_cast<int>(m_chooseLines.size());
+    ChooseLine *line = m_chooseLines.emplace_back(std::make_unique<ChooseLine>(this)).get();
     m_scroll.openRow(row);
     m_scroll.grid()->addWidget(&line->iconLabel, row, 0);
     m_scroll.grid()->addWidget(&line->captionLabel, row, 1);
@@ -81,7 +80,6 @@ ScreenChoose::ChooseLine *ScreenChoose::addLine()
     connect(&line->captionLabel, &ItemLabel::signalHovered, &m_scroll,
         [this, line] { m_scroll.hoverEvent(&line->captionLabel); });
     navigator().insert(saveCollection(), &line->collection);
-    return line;
 }
 
 void ScreenChoose::setActive(bool active)

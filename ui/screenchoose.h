@@ -4,6 +4,9 @@
 #include "ui/myscroll.h"
 #include "ui/screen.h"
 
+#include <memory>
+#include <vector>
+
 class Dt3Property;
 
 /// Edits a property by a list of its captions. Selecting one writes it at once; the screen stays, and the mark
@@ -30,7 +33,7 @@ private:
     class ChooseLine : public QObject
     {
     public:
-        explicit ChooseLine(ScreenChoose *screen);
+        explicit ChooseLine(QWidget *screen);
         void setMarked(bool marked);
         void updateIconText();
 
@@ -38,13 +41,13 @@ private:
         Collection collection;
     };
 
-    ChooseLine *addLine();
+    void addLine();
     void selectedLabel(const ChooseLine *line);
     void mark(const QString &caption, bool marked);
 
     Dt3Property *m_property = nullptr;
     MyScroll m_scroll;
     QMap<QString, ChooseLine *> m_optionLines;
-    QList<ChooseLine *> m_chooseLines;
+    std::vector<std::unique_ptr<ChooseLine>> m_chooseLines; ///< Behind the scroll area, which they leave first.
     QString m_currentCaption;
 };

@@ -96,6 +96,12 @@ void ScreenSlider::openedFrom(const DataLine &row)
     setOptions(row.options());
 }
 
+void ScreenSlider::bindProperty(Dt3Property *property)
+{
+    m_property = property;
+    m_valueLabel.setText({}); // the number of the row before
+}
+
 void ScreenSlider::setOptions(const QMap<QString, QString> &options)
 {
     const auto with = [&options](const char *key, auto use) {

@@ -19,7 +19,7 @@ public:
     explicit ScreenSlider(QWidget *parent);
 
     /// The property is borrowed.
-    void bindProperty(Dt3Property *property) { m_property = property; }
+    void bindProperty(Dt3Property *property);
     /// The scale and the captions of the row that opens the editor:
     /// "SmallIcon", "BigIcon": glyphs; "MinValue", "MaxValue", "StepSize": integers; "GrowFromZero": the bar starts
     /// at zero; "MiddleCaption": the unit; "IconSizeSame": both icons are large; "AxisFontSize": in pixels;

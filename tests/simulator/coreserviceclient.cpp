@@ -11,8 +11,6 @@ CoreServiceClient::CoreServiceClient(quint16 port)
         qWarning("The core service does not let a client in.");
 }
 
-void CoreServiceClient::send(const QByteArray &bytes) { m_socket.write(bytes); }
-
 QString CoreServiceClient::line()
 {
     while (!m_socket.canReadLine())
@@ -24,7 +22,7 @@ QString CoreServiceClient::line()
 
 QStringList CoreServiceClient::request(const QString &text)
 {
-    const QString signature = QString::number(m_signature++).rightJustified(4, '0');
+    const QString signature = QString::number(m_signature++);
     send((signature + '#' + text + "\r\n").toUtf8());
     QString next = line();
     for (; !next.isNull() && next != '{' + signature; next = line())
@@ -39,10 +37,4 @@ QStringList CoreServiceClient::takeNews()
 {
     request("GET /");
     return std::exchange(m_news, {});
-}
-
-QString CoreServiceClient::value(const QString &path)
-{
-    const QString line = request("GET " + path).value(0);
-    return line.startsWith("p") ? line.section('=', 1) : QString();
 }

@@ -11,7 +11,7 @@ public:
     explicit CoreServiceClient(quint16 port);
 
     /// Sends the text as it stands; a line needs its "\r\n".
-    void send(const QByteArray &bytes);
+    void send(const QByteArray &bytes) { m_socket.write(bytes); }
     /// The next line, whatever it is; null when none comes.
     QString line();
     /// Sends the request with a signature of its own and returns the lines of its answer block. What comes before
@@ -19,13 +19,11 @@ public:
     QStringList request(const QString &text);
     /// The lines that arrived outside blocks since the last call. Everything the service wrote up to now is in it.
     QStringList takeNews();
-    /// The value of a property as it travels; null where it has none.
-    QString value(const QString &path);
 
     QTcpSocket &socket() { return m_socket; }
 
 private:
     QTcpSocket m_socket;
     QStringList m_news;
-    int m_signature = 0;
+    int m_signature = 1000;
 };

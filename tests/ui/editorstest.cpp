@@ -1,0 +1,298 @@
+#include "protocol/catalogue.h"
+#include "tests/ui/lcd.h"
+#include "tests/ui/wire.h"
+#include "ui/dataline.h"
+#include "ui/itemwheellistlabel.h"
+#include "ui/itemwheelrangelabel.h"
+#include "ui/screenchoose.h"
+#include "ui/screenenterstandby.h"
+#include "ui/screenresettofactorydefaults.h"
+#include "ui/screensetdatetime.h"
+#include "ui/screensetip.h"
+#include "ui/screenslider.h"
+#include "ui/screenwheel.h"
+
+#include <QApplication>
+#include <QTest>
+
+namespace {
+
+/// What the wheels of an editor show.
+QString wheels(const QWidget &editor)
+{
+    QStringList texts;
+    for (const ItemWheel *wheel : editor.findChildren<ItemWheel *>())
+        texts += wheel->text();
+    return texts.join(' ');
+}
+
+/// The visible options of a list; "*" is set, ">" is hovered.
+QString options(const QWidget &editor)
+{
+    QString texts;
+    for (const ItemLabel *label : editor.findChildren<ItemLabel *>()) {
+        if (!label->isVisible() || label->maximumWidth() == 13 || !label->property("set").isValid())
+            continue;
+        texts += (label->property("set").toBool() ? "*" : " ") + label->text()
+            + (label->property("state") == "hovered" ? "<" : "");
+    }
+    return texts.trimmed();
+}
+
+} // namespace
+
+/// Each editor as a row opens it: what it shows, and what goes over the wire.
+class EditorsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void chooseMarksWhatIsSet();
+    void wheelWritesWhenChosen();
+    void sliderWritesSteps();
+    void sliderFollowsItsOptions();
+    void ipIsWrittenOnSave();
+    void timeAndDateKeepTheOtherHalf();
+    void standbyAsksAndLeaves();
+    void resetAsks();
+
+private:
+    template <typename Editor> Editor &open(Dt3Property *property, const QMap<QString, QString> &options = {});
+    QStringList sent(qsizetype count);
+
+    Wire m_wire;
+    std::unique_ptr<Lcd> m_lcd;
+    Screen *m_root = nullptr;
+};
+
+void EditorsTest::initTestCase()
+{
+    fillCatalogue();
+    Dt3Manager::instance()->connectToDevice();
+    QTRY_VERIFY(m_wire.hasClient());
+}
+
+void EditorsTest::init()
+{
+    m_lcd = std::make_unique<Lcd>();
+    m_root = new ScreenWarning(m_lcd.get(), false, false);
+    m_root->showMe();
+    struct Marker : Dt3Sink
+    {
+        using Dt3Sink::set;
+    } marker;
+    marker.set("/TEST.Begins", "1"); // what the test before sent arrives before it
+    QTRY_VERIFY(m_wire.requests().contains("SET /TEST.Begins=1"));
+    m_wire.takeLines();
+}
+
+void EditorsTest::cleanup() { m_lcd.reset(); }
+
+template <typename Editor> Editor &EditorsTest::open(Dt3Property *property, const QMap<QString, QString> &options)
+{
+    auto *editor = m_lcd->findChild<Editor *>();
+    if (!editor)
+        editor = new Editor(m_lcd.get());
+    DataLine row(m_root);
+    row.setProperty(property);
+    for (auto option = options.begin(); option != options.end(); ++option)
+        row.setOption(option.key(), option.value());
+    editor->openedFrom(row);
+    editor->showMe();
+    return *editor;
+}
+
+/// The requests, once there are so many, or the time is over.
+QStringList EditorsTest::sent(qsizetype count)
+{
+    const bool arrived = QTest::qWaitFor([&] { return m_wire.lines().size() >= count; });
+    const QStringList requests = arrived ? m_wire.requests() : m_wire.requests() + QStringList{"and no more"};
+    m_wire.takeLines();
+    return requests;
+}
+
+void EditorsTest::chooseMarksWhatIsSet()
+{
+    Dt3Property five;
+    five.setPath("/TEST/NODE.Five");
+    for (const char *value : {"a", "b", "c", "d", "e"})
+        five.addValue(value);
+    const auto &editor = open<ScreenChoose>(&five);
+    QTRY_COMPARE(m_wire.requests(), (QStringList{"OPEN /TEST/NODE", "GET /TEST/NODE.Five"}));
+    m_wire.answer("/TEST/NODE.Five", "c");
+    QTRY_COMPARE(options(editor), "a< b*c d e");
+    m_wire.change("/TEST/NODE.Five", "e");
+    QTRY_COMPARE(options(editor), "a< b c d*e");
+    m_wire.takeLines();
+    Lcd::keys("D\r");
+    QCOMPARE(sent(1), QStringList{"SET /TEST/NODE.Five=b"});
+    QCOMPARE(options(editor), "a b< c d*e"); // the mark moves when the device says so
+    m_wire.sendLines({"CHG /TEST/NODE.Five=none", "CHG /TEST/NODE.Other=b"});
+    QTRY_COMPARE(options(editor), "a b< c d e");
+    Lcd::keys("\x1b");
+    QCOMPARE(sent(1), QStringList{"CLOSE /TEST/NODE"});
+
+    open<ScreenChoose>(&propBuzzerEnabled); // fewer options, and raw values behind them
+    QTRY_COMPARE(m_wire.lines().size(), 2);
+    m_wire.answer("/SYS/CECU/BUZZER.Enabled", "false");
+    QTRY_COMPARE(options(editor), "On<*Off");
+    m_wire.takeLines();
+    Lcd::keys("DDA\r");
+    QCOMPARE(sent(1), QStringList{"SET /SYS/CECU/BUZZER.Enabled=false"});
+    Lcd::keys("DD\r"); // Back
+    QVERIFY(m_root->hasFocus());
+}
+
+void EditorsTest::wheelWritesWhenChosen()
+{
+    const auto &editor = open<ScreenWheel>(&propSerialBaudrate);
+    QTRY_COMPARE(m_wire.requests(), QStringList{"GET /MANAGEMENT/SERIAL.Baudrate"}); // no subscription
+    const QStringList captions = propSerialBaudrate.captions();
+    QCOMPARE(wheels(editor), captions[0]);
+    m_wire.answer("/MANAGEMENT/SERIAL.Baudrate", captions[1]);
+    QTRY_COMPARE(wheels(editor), captions[1]);
+    m_wire.takeLines();
+    Lcd::keys("\rD\x1b\rD\r");
+    QCOMPARE(sent(1), QStringList{"SET /MANAGEMENT/SERIAL.Baudrate=" + captions[2]});
+    Lcd::keys("D\r");
+    QVERIFY(m_root->hasFocus());
+}
+
+void EditorsTest::sliderWritesSteps()
+{
+    Dt3Property own;
+    own.setPath("/TEST/NODE.Level");
+    open<ScreenSlider>(&own, {{"MinValue", "0"}, {"MaxValue", "100"}, {"StepSize", "5"}});
+    QTRY_COMPARE(m_wire.requests(), (QStringList{"GET /TEST/NODE.Level", "OPEN /TEST/NODE"}));
+    m_wire.answer("/TEST/NODE.Level", "100");
+    QTRY_COMPARE(m_lcd->findChild<ItemSlider *>()->valueText(), "100");
+    m_wire.takeLines();
+    Lcd::keys("DA");
+    QCOMPARE(sent(1), QStringList{"SET /TEST/NODE.Level=95"});
+    m_wire.change("/TEST/NODE.Level", "95");
+    QTRY_COMPARE(m_lcd->findChild<ItemSlider *>()->valueText(), "95");
+    Lcd::keys("\r");
+    QVERIFY(m_root->hasFocus());
+
+    auto &editor = open<ScreenSlider>(&propLcdBrightness, {{"MaxValue", "10"}, {"StepSize", "1"}}); // has a method
+    QCOMPARE(sent(2), (QStringList{"GET /SYS/CECU/LCD.Brightness", "OPEN /SYS/CECU/LCD"}));
+    m_wire.change("/SYS/CECU/LCD.Brightness", "5");
+    QTRY_COMPARE(m_lcd->findChild<ItemSlider *>()->valueText(), "5");
+    Lcd::keys("Q\x1b");
+    QCOMPARE(sent(1), QStringList{"CALL /SYS/CECU/LCD:changeBrightness(-1)"});
+    QVERIFY(m_root->hasFocus());
+    editor.connectionLost(); // it held both nodes until now
+    QCOMPARE(sent(2), (QStringList{"CLOSE /TEST/NODE", "CLOSE /SYS/CECU/LCD"}));
+}
+
+void EditorsTest::sliderFollowsItsOptions()
+{
+    Dt3Property volume;
+    volume.setPath("/TEST/NODE.Volume");
+    const QMap<QString, QString> options{{"SmallIcon", "s"}, {"BigIcon", "b"}, {"MinValue", "-95"}, {"MaxValue", "0"},
+        {"StepSize", "1"}, {"MiddleCaption", "dB"}, {"SecondaryPropName", "Percent"}, {"SecondaryPropCaption", "%"},
+        {"AxisFontSize", "12"}};
+    const auto &editor = open<ScreenSlider>(&volume, options);
+    QTRY_COMPARE(m_wire.requests().size(), 3);
+    m_wire.answer("/TEST/NODE.Volume", "-12.5");
+    m_wire.answer("/TEST/NODE.Percent", "nan");
+    const auto texts = [&] {
+        QStringList shown;
+        for (const QLabel *label : editor.findChildren<QLabel *>()) {
+            if (label->isVisible())
+                shown += label->text();
+        }
+        return shown.join('|');
+    };
+    QTRY_VERIFY2(texts().contains("nan %"), qPrintable(texts()));
+    QVERIFY2(texts().contains("s|-13 dB|nan %|b|-95|-86|-76|-67|-57|-48|-38|-29|-19|-10|0"), qPrintable(texts()));
+    Lcd::keys("\r");
+    open<ScreenSlider>(&volume, {{"MinValue", "7"}, {"MaxValue", "7"}}); // without any length
+    QVERIFY2(texts().contains("|s||b|7|7|"), qPrintable(texts()));
+    Lcd::keys("DA\r");
+    QVERIFY(m_root->hasFocus());
+}
+
+void EditorsTest::ipIsWrittenOnSave()
+{
+    auto &editor = open<ScreenSetIp>(&propNetworkStaticIpAddress);
+    const QString path = propNetworkStaticIpAddress.path();
+    QTRY_COMPARE(m_wire.requests(), QStringList{"GET " + path});
+    m_wire.answer(path, "192.168.0.1");
+    QTRY_COMPARE(wheels(editor), "192 168 0 1");
+    for (const char *odd : {"1.2.3", "1.2.3.4.5", ""})
+        editor.propertyReceived(path, odd);
+    editor.propertyReceived("/ANOTHER.Address", "1.2.3.4");
+    QCOMPARE(wheels(editor), "192 168 0 1");
+    m_wire.takeLines();
+    Lcd::keys("\rE\rD\rD\x1b"
+              "DDD\r"); // 202, 168 again; then Save
+    QCOMPARE(sent(1), QStringList{"SET " + path + "=202.168.0.1"});
+    QVERIFY(m_root->hasFocus());
+}
+
+void EditorsTest::timeAndDateKeepTheOtherHalf()
+{
+    const QString path = "/MANAGEMENT/DATETIME.CurrentTime";
+    auto &time = open<ScreenSetTime>(&propDatetimeCurrentTime);
+    QTRY_COMPARE(m_wire.requests(), (QStringList{"GET " + path, "OPEN /MANAGEMENT/DATETIME"}));
+    m_wire.answer(path, "2026-11-24T12:34:56");
+    QTRY_COMPARE(wheels(time), "12 34 56");
+    m_wire.takeLines();
+    Lcd::keys("DDD\r"); // saved before the clock ticked
+    QCOMPARE(sent(2), (QStringList{"CALL /MANAGEMENT/DATETIME:setTime(T12:34:56)", "CLOSE /MANAGEMENT/DATETIME"}));
+
+    open<ScreenSetTime>(&propDatetimeCurrentTime);
+    QTRY_COMPARE(m_wire.lines().size(), 2);
+    m_wire.change(path, "2026-11-25T00:00:00");
+    m_wire.answer(path, "2026-11-25T00:00:01");
+    QTRY_COMPARE(wheels(time), "00 00 01");
+    time.propertyReceived(path, "12:34:56"); // no date-time
+    QCOMPARE(wheels(time), "00 00 01");
+    Lcd::keys("\rD\r");
+    m_wire.change(path, "2026-11-25T00:00:02"); // the edit survives it
+    m_wire.takeLines();
+    Lcd::keys("DDD\r");
+    QCOMPARE(sent(2).first(), "CALL /MANAGEMENT/DATETIME:setTime(2026-11-25T01:00:01)");
+
+    const auto &date = open<ScreenSetDate>(&propDatetimeCurrentTime);
+    QTRY_COMPARE(m_wire.lines().size(), 2);
+    m_wire.answer(path, "2026-11-30T00:00:03");
+    m_wire.change(path, "2026-11-30T00:00:04");
+    QTRY_COMPARE(wheels(date), "2026 11 30");
+    m_wire.takeLines();
+    Lcd::keys("DD\rD\rD\r");
+    QCOMPARE(sent(2).first(), "CALL /MANAGEMENT/DATETIME:setTime(2026-11-31T00:00:04)"); // the device judges it
+}
+
+void EditorsTest::standbyAsksAndLeaves()
+{
+    auto &question = open<ScreenEnterStandby>(nullptr);
+    QCOMPARE(sent(1), QStringList{"OPEN /MANAGEMENT/POWER"});
+    Lcd::keys("\r");
+    QCOMPARE(sent(1), QStringList{"CALL /MANAGEMENT/POWER:standby()"});
+    QVERIFY(question.hasFocus()); // until the device does it
+    m_wire.change("/MANAGEMENT/POWER.Operation", "STANDBY");
+    QTRY_VERIFY(m_root->hasFocus());
+    open<ScreenEnterStandby>(nullptr);
+    Lcd::keys("D\r"); // No
+    QVERIFY(m_root->hasFocus());
+    m_wire.takeLines();
+    question.connectionLost();
+    QCOMPARE(sent(1), QStringList{"CLOSE /MANAGEMENT/POWER"});
+}
+
+void EditorsTest::resetAsks()
+{
+    open<ScreenResetToFactoryDefaults>(nullptr);
+    Lcd::keys("D\r");
+    open<ScreenResetToFactoryDefaults>(nullptr);
+    Lcd::keys("\r");
+    QCOMPARE(sent(1), QStringList{"CALL /SYS:factoryDefaults()"});
+    QVERIFY(m_root->hasFocus());
+}
+
+QTEST_MAIN(EditorsTest)
+#include "editorstest.moc"

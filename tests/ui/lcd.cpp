@@ -1,0 +1,30 @@
+#include "tests/ui/lcd.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QTest>
+
+Lcd::Lcd()
+{
+    static const bool prepared = [] {
+        qApp->setStyleSheet(QStringLiteral("*{ background-color: black}")); // as the program does
+        QFontDatabase::families();
+        for (const char *font :
+            {"Roboto-Bold-Ostra", "Roboto-Medium-Ostra", "Roboto-Light-Ostra", "fontawesome-webfont"})
+            QFontDatabase::addApplicationFont(QStringLiteral(FONT_FOLDER "/%1.ttf").arg(QLatin1StringView(font)));
+        return true;
+    }();
+    Q_UNUSED(prepared)
+    resize(320, 240);
+    show();
+    if (!QTest::qWaitForWindowActive(this))
+        qFatal("the window does not become active");
+}
+
+void Lcd::keys(const char *keys)
+{
+    for (const char *key = keys; *key; ++key) {
+        const int code = *key == '\r' ? int{Qt::Key_Return} : *key == '\x1b' ? int{Qt::Key_Escape} : *key;
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(code));
+    }
+}

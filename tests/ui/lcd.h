@@ -1,0 +1,14 @@
+#pragma once
+
+#include "ui/mywidget.h"
+
+/// The LCD of one test, in the fonts of the program, and the keys of its knob.
+class Lcd : public MyWidget
+{
+    Q_OBJECT
+public:
+    Lcd();
+
+    /// To whoever has the keyboard: D, E, A and Q as the encoder posts them, "\r" its push, "\x1b" Escape.
+    static void keys(const char *keys);
+};
