@@ -47,8 +47,8 @@ public:
 
     bool hasProgram() const { return !m_setup.program.isEmpty(); }
     void startProgram();
-    /// Returns when it is gone.
-    void stopProgram() { m_runner.stop(); }
+    /// Returns when it is gone. @return whether it ended well.
+    bool stopProgram() { return m_runner.stop(); }
     /// It has connected and sent its first requests, and has had none to send for a moment.
     bool isProgramReady() const;
     /// Nothing while the program runs, and before its first start.

@@ -221,7 +221,9 @@ void Session::end(ExitCode code, const QString &text)
         m_reporter->flush();
     if (!text.isEmpty())
         std::fprintf(stderr, "%s\n", qUtf8Printable(text));
-    if (m_device)
-        m_device->stopProgram();
+    if (m_device && !m_device->stopProgram()) {
+        std::fprintf(stderr, "front-panel did not end well when it was asked to; its last messages say more.\n");
+        code = code == ExitCode::Ok ? ExitCode::Failed : code;
+    }
     QCoreApplication::exit(static_cast<int>(code));
 }

@@ -9,11 +9,13 @@ public:
     InterfaceItem(const InterfaceItem &) = delete;
     InterfaceItem &operator=(const InterfaceItem &) = delete;
 
+    /// The highlight is elsewhere.
     virtual void normal() = 0;
+    /// The highlight is here.
     virtual void hover() = 0;
+    /// The knob was pushed.
     virtual void select() = 0;
 
-protected:
     /// The dynamic property that style sheets ask for, and its values.
     static constexpr const char *stateProperty = "state";
     static constexpr const char *normalState = "normal";

@@ -11,10 +11,8 @@ ItemWheelListLabel::ItemWheelListLabel(QWidget *parent, bool wrap)
 void ItemWheelListLabel::setOptions(const QStringList &options)
 {
     m_options = options;
-    if (m_options.isEmpty())
-        setText({});
-    else
-        setCurrentText(m_options.first());
+    m_committedText = m_options.value(0);
+    setText(m_committedText);
 }
 
 void ItemWheelListLabel::clearOptions() { setOptions({}); }

@@ -1,5 +1,7 @@
 #include "ui/myscroll.h"
 
+#include "ui/interfaceitem.h"
+
 #include <QEvent>
 #include <QScrollBar>
 #include <QVariant>
@@ -46,7 +48,8 @@ void MyScroll::hoverEvent(QWidget *hovered)
 
 void MyScroll::showHovered()
 {
-    if (!m_hovered || m_hovered->property("state") != QLatin1StringView("hovered"))
+    if (!m_hovered
+        || m_hovered->property(InterfaceItem::stateProperty) != QLatin1StringView(InterfaceItem::hoveredState))
         return;
     m_grid.activate(); // rows that have just come have no place yet
     ensureWidgetVisible(m_hovered, 0, 24);

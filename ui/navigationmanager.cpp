@@ -29,6 +29,7 @@ void NavigationManager::push(Screen *screen)
         screen->stackUnder(previous);
         previous->stackUnder(screen);
     }
+    dropFocus(screen);
     pushFocus(screen);
     if (previous)
         previous->setActive(false);
@@ -43,19 +44,29 @@ void NavigationManager::pop(Screen *screen)
     m_screens.removeLast();
     Screen *next = m_screens.last();
 
-    screen->prepareToLeave();
+    screen->stopSlide();
     next->setVisible(true);
     next->stackUnder(screen);
     screen->setActive(false);
-    // An item that is still being edited leaves with its screen.
-    while (m_focusStack.last() != screen && screen->isAncestorOf(m_focusStack.last()))
-        m_focusStack.removeLast();
-    popFocus(screen);
+    dropFocus(screen);
+    focusLast();
     next->setActive(true);
     screen->slideOut();
 }
 
 bool NavigationManager::isTop(const Screen *screen) const { return !m_screens.isEmpty() && m_screens.last() == screen; }
+
+/// An item that is being edited leaves with its screen.
+void NavigationManager::dropFocus(const Screen *screen)
+{
+    m_focusStack.removeIf([screen](const QWidget *widget) { return screen->isAncestorOf(widget); }); // itself included
+}
+
+void NavigationManager::focusLast()
+{
+    if (!m_focusStack.isEmpty())
+        m_focusStack.last()->setFocus(Qt::OtherFocusReason);
+}
 
 void NavigationManager::pushFocus(QWidget *widget)
 {
@@ -70,8 +81,7 @@ void NavigationManager::popFocus(QWidget *widget)
     if (m_focusStack.isEmpty() || m_focusStack.last() != widget)
         return;
     m_focusStack.removeLast();
-    if (!m_focusStack.isEmpty())
-        m_focusStack.last()->setFocus(Qt::OtherFocusReason);
+    focusLast();
 }
 
 void NavigationManager::connectionStateChanged(bool connected)
@@ -86,6 +96,5 @@ void NavigationManager::forgetScreen(QObject *screen) { m_screens.removeAll(stat
 void NavigationManager::forgetWidget(QObject *widget)
 {
     m_focusStack.removeAll(static_cast<QWidget *>(widget));
-    if (!m_focusStack.isEmpty())
-        m_focusStack.last()->setFocus(Qt::OtherFocusReason);
+    focusLast();
 }

@@ -36,6 +36,8 @@ public slots:
 private:
     using QObject::QObject;
 
+    void dropFocus(const Screen *screen);
+    void focusLast();
     void forgetScreen(QObject *screen);
     void forgetWidget(QObject *widget);
 

@@ -28,6 +28,7 @@ namespace {
 
 constexpr QRect lcd(0, 0, 320, 240);
 constexpr QMargins noticeMargins(15, 10, 15, 10);
+constexpr qsizetype mostOfMessage = 1000; // characters; more than the LCD has room for
 constexpr int noticeEdges = noticeMargins.left() + noticeMargins.right() + 2; // and the border
 
 QString addressMessage(const QString &host)
@@ -55,6 +56,21 @@ QString addressMessage()
     return address.isEmpty() ? QStringLiteral("Plz connect ethernet cable...") : addressMessage(address);
 }
 
+/// The message, shortened where it would not fit into the largest box: a word that is wider, and the end.
+QString fittedMessage(const QString &message, QLabel &label)
+{
+    const QFontMetrics metrics = label.fontMetrics();
+    const QSize room = label.maximumSize() - QSize(noticeEdges, noticeMargins.top() + noticeMargins.bottom() + 2);
+    QStringList words = message.left(mostOfMessage).split(' ');
+    for (QString &word : words)
+        word = metrics.elidedText(word, Qt::ElideRight, room.width(), Qt::TextExpandTabs);
+    QString text = words.join(' ');
+    const QRect box(0, 0, room.width(), 10 * room.height());
+    while (metrics.boundingRect(box, Qt::TextWordWrap | Qt::TextExpandTabs, text).height() > room.height())
+        text = text.chopped(std::min<qsizetype>(text.size(), 2)) + QChar(0x2026);
+    return text;
+}
+
 } // namespace
 
 Pool *Pool::instance()
@@ -80,9 +96,8 @@ Pool::Pool()
     label->setText(QStringLiteral("The matrix is about to start."));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(label, 0, Qt::AlignCenter);
-    setFocusPolicy(Qt::StrongFocus); // keys are posted to the widget with the focus; without one they are lost
     setVisible(true);
-    setFocus();
+    setFocus(); // keys are posted to the widget with the focus; without one they are lost
 }
 
 void Pool::initScreens()
@@ -136,6 +151,8 @@ void Pool::makeNotices()
     m_noticeLabel->hide();
     connect(&m_noticeTimer, &QTimer::timeout, m_noticeLabel, &QWidget::hide);
 }
+
+bool Pool::focusNextPrevChild(bool) { return false; }
 
 void Pool::menuEntriesReady() { m_bootScreen->withdraw(); }
 
@@ -197,9 +214,9 @@ void Pool::propertyChanged(const QString &property, const QString &value)
     if (property != m_lcdMessage.path() || value.isEmpty())
         return;
     m_noticeTimer.start();
-    m_noticeLabel->setText(value);
+    m_noticeLabel->setText(fittedMessage(value, *m_noticeLabel));
     // Its words in as few lines as fit, where the label's own size hint would take as narrow a column as it may.
-    const int line = m_noticeLabel->fontMetrics().size(Qt::TextExpandTabs, value).width();
+    const int line = m_noticeLabel->fontMetrics().size(Qt::TextExpandTabs, m_noticeLabel->text()).width();
     const int width = std::clamp(line + noticeEdges, m_noticeLabel->minimumWidth(), m_noticeLabel->maximumWidth());
     m_noticeLabel->resize(width, m_noticeLabel->heightForWidth(width));
     m_noticeLabel->move((lcd.width() - m_noticeLabel->width()) / 2, (lcd.height() - m_noticeLabel->height()) / 2);

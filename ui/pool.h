@@ -40,6 +40,8 @@ public slots:
     void connectionTimeoutExpired();
 
 protected:
+    /// No: the focus stack alone says who has the keyboard, whatever Tab is pressed.
+    bool focusNextPrevChild(bool next) override;
     void timerEvent(QTimerEvent *event) override;
 
 private slots:

@@ -1,5 +1,6 @@
 #include "ui/propertydisplaylabel.h"
 
+#include "ui/interfaceitem.h"
 #include "ui/roundednumber.h"
 #include "ui/styles.h"
 
@@ -74,14 +75,15 @@ void PropertyDisplayLabelVoltageAndTemperature::setText(const QString &value)
     const QString text = withUnit.first(std::max<qsizetype>(0, withUnit.size() - 2));
     const double reading = text.toDouble();
     const auto within = [&](int low, int high) {
-        return fields[low].trimmed().toDouble() <= reading && reading <= fields[high].trimmed().toDouble();
+        return fields.value(low).trimmed().toDouble() <= reading && reading <= fields.value(high).trimmed().toDouble();
     };
+    const auto isBlank = [](const QString &field) { return field.trimmed().isEmpty(); };
     const char *state = "error";
-    if (fields.size() < 5 || within(1, 2))
+    if (within(1, 2) || std::all_of(fields.begin() + 1, fields.end(), isBlank))
         state = "normal";
     else if (within(3, 4))
         state = "warning";
-    setStyledProperty("state", state);
+    setStyledProperty(InterfaceItem::stateProperty, state);
     StyledLabel::setText(text);
 }
 
@@ -94,6 +96,6 @@ PropertyDisplayLabelPowerSupplyState::PropertyDisplayLabelPowerSupplyState(QWidg
 void PropertyDisplayLabelPowerSupplyState::setText(const QString &value)
 {
     const QString state = value == QLatin1StringView("running") ? value : QStringLiteral("stopped");
-    setStyledProperty("state", state);
+    setStyledProperty(InterfaceItem::stateProperty, state);
     StyledLabel::setText(state);
 }

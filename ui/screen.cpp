@@ -102,11 +102,7 @@ void Screen::setButtonTexts(const QString &save, const QString &back)
     m_backLabel.setText(back);
 }
 
-void Screen::setTitle(const QString &title)
-{
-    m_title = title;
-    m_titleLabel.setText(title.toUpper());
-}
+void Screen::setTitle(const QString &title) { m_titleLabel.setText(title.toUpper()); }
 
 void Screen::setActive(bool) { }
 void Screen::openedFrom(const DataLine &) { }
@@ -137,12 +133,12 @@ void Screen::hideMe() { NavigationManager::instance()->pop(this); }
 
 void Screen::prepareToOpen()
 {
-    prepareToLeave();
+    stopSlide();
     m_navigator.reset();
     setVisible(true);
 }
 
-void Screen::prepareToLeave()
+void Screen::stopSlide()
 {
     m_animation.stop();
     m_hideWhenAnimationEnds = nullptr;

@@ -29,6 +29,7 @@ public:
     /// A row of a list is about to open this screen: takes from it what the screen is to show or edit.
     virtual void openedFrom(const DataLine &row);
 
+    // A screen has the buttons that it asks for.
     void showSaveButton();
     void showBackButton();
     /// Escape does not leave it.
@@ -44,7 +45,8 @@ public:
 
     // The steps of NavigationManager, which decides when.
     void prepareToOpen();
-    void prepareToLeave();
+    /// Where it is; whoever it was to hide stays.
+    void stopSlide();
     /// @param covered hidden when the slide is over; may be null.
     void slideIn(Screen *covered);
     void slideOut();
@@ -87,7 +89,6 @@ private:
     QHBoxLayout *m_contentLayout;
     QHBoxLayout *m_bottomBar;
     bool m_rootScreen = false;
-    QString m_title;
     StyledLabel m_titleLabel;
     QPropertyAnimation m_animation;
     QPointer<Screen> m_hideWhenAnimationEnds;

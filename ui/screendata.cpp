@@ -136,8 +136,10 @@ QList<const Dt3Property *> ScreenData::allProperties() const
                 properties.append(label->property());
         }
     }
-    for (const Dt3Property *property : m_watchedProperties)
-        properties.append(property);
+    for (const Dt3Property *property : m_watchedProperties) {
+        if (property->hasPath())
+            properties.append(property);
+    }
     return properties;
 }
 

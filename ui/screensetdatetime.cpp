@@ -25,12 +25,6 @@ ScreenSetDate::ScreenSetDate(QWidget *parent)
 {
 }
 
-void ScreenSetDateTime::bindProperty(Dt3Property *property)
-{
-    ScreenSetFields::bindProperty(property);
-    m_otherPart.clear(); // yesterday's, perhaps
-}
-
 void ScreenSetDateTime::setActive(bool active)
 {
     if (!active) {

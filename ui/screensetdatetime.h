@@ -8,7 +8,6 @@ class ScreenSetDateTime : public ScreenSetFields
 {
     Q_OBJECT
 public:
-    void bindProperty(Dt3Property *property) override;
     void setActive(bool active) override;
     void propertyReceived(const QString &property, const QString &value) override;
     void propertyChanged(const QString &property, const QString &value) override;
@@ -22,7 +21,7 @@ protected slots:
 
 private:
     const Half m_edited;
-    QString m_otherPart; ///< Empty until the clock has ticked.
+    QString m_otherPart; ///< Of the last tick of the clock that was seen.
 };
 
 /// Edits the time.

@@ -16,7 +16,7 @@ class ScreenSetFields : public Screen, public Dt3Sink
     Q_OBJECT
 public:
     /// The property is borrowed.
-    virtual void bindProperty(Dt3Property *property) { m_property = property; }
+    void bindProperty(Dt3Property *property) { m_property = property; }
     void openedFrom(const DataLine &row) override;
 
 protected:

@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+#include <csignal>
+
 ProgramRunner::ProgramRunner(QObject *parent, std::chrono::milliseconds patience)
     : QObject(parent)
     , m_patience(patience)
@@ -34,10 +36,10 @@ void ProgramRunner::start(const QString &program, const QProcessEnvironment &env
     m_process.start(command.first(), command.mid(1));
 }
 
-void ProgramRunner::stop()
+bool ProgramRunner::stop()
 {
     if (!isRunning())
-        return;
+        return true;
     // Blocking here is safe: the bed answers the program's requests on its own thread, the program does not wait
     // for room when it writes an LED, and waitForFinished() empties its pipes. So nothing the program does on its
     // way out needs our event loop, and no slot but those of its messages is entered from here.
@@ -48,6 +50,9 @@ void ProgramRunner::stop()
         m_process.waitForFinished(-1);
     }
     m_stopping = false;
+    if (m_process.exitStatus() == QProcess::NormalExit)
+        return m_process.exitCode() == 0;
+    return m_process.exitCode() == SIGTERM || m_process.exitCode() == SIGKILL; // our own
 }
 
 bool ProgramRunner::isRunning() const { return m_process.state() != QProcess::NotRunning; }

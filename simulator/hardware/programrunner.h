@@ -26,7 +26,8 @@ public:
         const QStringList &arguments = {});
     /// Asks the program to end, and kills it when its patience ends. Returns when it is gone; its last messages are
     /// relayed meanwhile, no other event is.
-    void stop();
+    /// @return false when it crashed on its way out, or ended with another code than 0.
+    bool stop();
     bool isRunning() const;
     /// 0 when it does not run. That of the wrapper, if there is one.
     qint64 processId() const;

@@ -12,6 +12,12 @@ Front::Front(int row, const HardwareFaults &faults)
     connect(&m_device, &Device::messageLogged, this, [this](const QString &line) { m_messages.append(line); });
 }
 
+Front::~Front()
+{
+    if (!m_device.stopProgram())
+        qFatal("the program did not end well:\n%s", qPrintable(m_messages.join('\n')));
+}
+
 bool Front::start()
 {
     const QString problem = m_device.powerOn();

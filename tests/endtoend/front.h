@@ -11,6 +11,8 @@ class Front : public QObject
 public:
     /// Without a core service until the device is powered on. @param row of the frame table, from 1.
     explicit Front(int row, const HardwareFaults &faults = {});
+    /// A program that does not end well ends the test.
+    ~Front() override;
 
     /// Device and program are up, and the program has asked for everything it needs.
     bool start();

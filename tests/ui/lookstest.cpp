@@ -109,7 +109,9 @@ void LooksTest::valuesAreFormatted_data()
     row("reading", "11.2 V;11.5;12.5;11.0;13.0", "11.2 warning");
     row("reading", "10.5 V;11.5;12.5;11.0;13.0", "10.5 error");
     row("reading", "nan C;11.5;12.5;11.0;13.0", "nan error");
-    row("reading", "12.1 V;11.5;12.5;11.0", "12.1 normal");
+    row("reading", "12.1 V", "12.1 normal");
+    row("reading", "12.1 V; ; ;;", "12.1 normal");
+    row("reading", "50 C;10;20", "50 error");
     row("reading", "9", " normal");
     row("reading", "", " normal");
 }
