@@ -14,10 +14,12 @@ class Collection : public QObject
 public:
     using QObject::QObject;
 
+    /// An InterfaceItem among them follows the highlight; any other widget is only shown and hidden with the rest.
     void addWidget(QWidget *widget);
 
     /// @param skipped whether the highlight passes the collection over although it shows.
     void showAll(bool skipped);
+    /// Hidden, and skipped.
     void hideAll();
     bool isSkipped() const { return m_skipped; }
 

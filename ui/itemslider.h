@@ -11,6 +11,7 @@ class ItemSlider : public MyWidget, public InterfaceItem
 public:
     ItemSlider(QWidget *parent, int minimum, int maximum, int step);
 
+    // A scale without length shows an empty bar, and takes no step.
     void setMinimum(int minimum);
     void setMaximum(int maximum);
     void setStep(int step) { m_step = step; }

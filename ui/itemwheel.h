@@ -19,6 +19,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 
+    /// What shows is what Escape brings back from now on.
     virtual void commit() = 0;
     virtual void rewind() = 0;
 };

@@ -90,11 +90,14 @@ void NavigationManager::connectionStateChanged(bool connected)
         m_screens.last()->reactivate();
 }
 
-// The pointers only serve to find the entries: what they point at is half gone.
-void NavigationManager::forgetScreen(QObject *screen) { m_screens.removeAll(static_cast<Screen *>(screen)); }
-
-void NavigationManager::forgetWidget(QObject *widget)
+// What is left of them is a QObject: they are found by their address alone.
+void NavigationManager::forgetScreen(const QObject *gone)
 {
-    m_focusStack.removeAll(static_cast<QWidget *>(widget));
+    m_screens.removeIf([gone](const Screen *screen) { return screen == gone; });
+}
+
+void NavigationManager::forgetWidget(const QObject *gone)
+{
+    m_focusStack.removeIf([gone](const QWidget *widget) { return widget == gone; });
     focusLast();
 }

@@ -22,8 +22,10 @@ public:
     void push(Screen *screen);
     /// Slides the top screen out. Nothing happens for one that is not the top, nor for the last one.
     void pop(Screen *screen);
+    /// Whether it is the visible one.
     bool isTop(const Screen *screen) const;
 
+    /// Gives a widget the keyboard.
     void pushFocus(QWidget *widget);
     /// Gives the keyboard back to who had it before. Nothing happens where the widget is not the last to have
     /// taken it.
@@ -38,8 +40,8 @@ private:
 
     void dropFocus(const Screen *screen);
     void focusLast();
-    void forgetScreen(QObject *screen);
-    void forgetWidget(QObject *widget);
+    void forgetScreen(const QObject *gone);
+    void forgetWidget(const QObject *gone);
 
     QList<Screen *> m_screens;
     QList<QWidget *> m_focusStack;

@@ -73,6 +73,7 @@ protected:
     enum class Contents { Fill, Centred };
     /// Puts header, contents and bottom bar under each other. Every derived class does, once.
     void stackContents(Contents contents);
+    /// For a question, instead of "Save" and "Back".
     void setButtonTexts(const QString &save, const QString &back);
 
 private slots:

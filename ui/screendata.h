@@ -49,7 +49,7 @@ protected:
     /// A property that is fetched and watched with the page, but not shown by a row. Borrowed.
     void addWatchedProperty(Dt3Property *property) { m_watchedProperties.append(property); }
 
-    enum class Request : char { Get = 'g', Open = 'o', Close = 'c' };
+    enum class Request { Get, Open, Close };
     /// Fetches each property, or opens each node, that the page shows or watches, once; or closes the open nodes.
     void requestAll(Request mode);
     void rebuildValueIndex();

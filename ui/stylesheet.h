@@ -36,9 +36,6 @@ public:
     /// The one for this text, kept for as long as somebody holds it. What it does not know is ignored.
     static std::shared_ptr<const StyleSheet> of(const QString &text);
 
-    /// Not meant to be called: use of().
-    explicit StyleSheet(const QString &text);
-
     /// Of all states. Without a font in the sheet it is that of the application.
     const QFont &font() const { return m_font; }
     const std::optional<Qt::Alignment> &alignment() const { return m_alignment; }
@@ -58,6 +55,7 @@ private:
         std::optional<int> borderWidth;
     };
 
+    explicit StyleSheet(const QString &text);
     void declare(Rule &rule, QStringView name, QStringView value);
 
     QFont m_font;

@@ -14,5 +14,5 @@ public:
     WheelGroup(QWidget *parent, ItemWheel *wheel);
 
     ItemLabel up, down;
-    Collection collection;
+    Collection collection; ///< Of all three, for the navigator of the screen.
 };

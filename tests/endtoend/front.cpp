@@ -37,3 +37,20 @@ void Front::tap(int panel, int button)
     hold(panel, button, true);
     hold(panel, button, false);
 }
+
+QImage Front::picture() const
+{
+    QImage last;
+    QElapsedTimer still;
+    const auto rests = [&] {
+        const QImage now = m_device.bed().lcd();
+        if (now != last) {
+            last = now;
+            still.start();
+        }
+        return still.hasExpired(400);
+    };
+    if (!QTest::qWaitFor(rests, 20000))
+        qWarning("the LCD never rests");
+    return last;
+}

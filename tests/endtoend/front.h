@@ -23,6 +23,8 @@ public:
     int led(int panel, int number) const { return m_device.bed().led(panel, number); }
     /// LED records since the last takeLeds(), "panel.led=value" each, in the order they were written.
     const QStringList &leds() const { return m_leds; }
+    /// The LCD, once it has not changed for a moment.
+    QImage picture() const;
     void takeLeds() { m_leds.clear(); }
     /// Requests since the last takeRequests(), without their signatures.
     const QStringList &requests() const { return m_requests; }

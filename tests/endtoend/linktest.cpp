@@ -39,6 +39,7 @@ void LinkTest::serviceStartsLate()
     front.device().startProgram();
     QTRY_VERIFY(front.messages().join('\n').contains("Connecting to 127.0.0.1:6107 ..."));
     front.tap(1, 3); // swallowed: nobody is there to switch
+    front.picture(); // it has been read by the time that the notice has slid in
     QCOMPARE(front.device().powerOn(), QString());
     const QStringList first{"GET /.PartNumber", "OPEN /SYS/CECU/LCD", "OPEN /MEDIA/XP/VIDEO", "OPEN /MEDIA/XP/VIDEO",
         "GET /MEDIA/XP/VIDEO.DestinationConnectionStatus", "GET /MEDIA/XP/VIDEO.DestinationPortStatus",

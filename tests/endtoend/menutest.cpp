@@ -36,52 +36,31 @@ private:
         const QDeadlineTimer deadline(milliseconds);
         QVERIFY(QTest::qWaitFor([&deadline] { return deadline.hasExpired(); }, milliseconds + 5000));
     }
-    /// The LCD, once it has not moved for a moment.
-    static QImage picture(Front &front);
 };
-
-QImage MenuTest::picture(Front &front)
-{
-    QImage last = front.device().bed().lcd();
-    QElapsedTimer still;
-    still.start();
-    if (!QTest::qWaitFor(
-            [&] {
-                const QImage now = front.device().bed().lcd();
-                if (now != last) {
-                    last = now;
-                    still.restart();
-                }
-                return still.hasExpired(400);
-            },
-            20000))
-        qWarning("the LCD never rests");
-    return last;
-}
 
 void MenuTest::editorSurvivesALoss()
 {
     Front front(1);
     QVERIFY(front.start());
-    const QImage menu = picture(front);
+    const QImage menu = front.picture();
     push(front);
-    QVERIFY(picture(front) != menu);
+    QVERIFY(front.picture() != menu);
     turn(front, 3); // Display Brightness
-    picture(front);
+    front.picture();
     push(front);
-    const QImage slider = picture(front);
+    const QImage slider = front.picture();
     front.device().core().dropLink();
-    const QImage reconnecting = picture(front);
+    const QImage reconnecting = front.picture();
     QVERIFY(reconnecting != slider);
     push(front);
     turn(front, 2);
-    QCOMPARE(picture(front), reconnecting);
+    QCOMPARE(front.picture(), reconnecting);
     front.takeRequests();
     QVERIFY(front.device().core().restoreLink());
-    QTRY_VERIFY(picture(front) == slider);
+    QTRY_VERIFY(front.picture() == slider);
     QVERIFY(front.requests().contains("OPEN /SYS/CECU/LCD"));
     front.device().core().setProperty("/SYS/CECU/LCD.Brightness", "2"); // it follows the device again
-    QTRY_VERIFY(picture(front) != slider);
+    QTRY_VERIFY(front.picture() != slider);
     front.device().core().setProperty("/SYS/CECU/LCD.ControlLock", "true"); // and so does the lock, on that node
     QTRY_COMPARE(front.led(1, 39), 1);
     front.device().core().setProperty("/SYS/CECU/LCD.ControlLock", "false");
@@ -89,39 +68,39 @@ void MenuTest::editorSurvivesALoss()
     turn(front, 1);
     QTRY_COMPARE(front.device().core().property("/SYS/CECU/LCD.Brightness"), "3");
     push(front);
-    const QImage list = picture(front);
+    const QImage list = front.picture();
     turn(front, 20); // Back
-    picture(front);
+    front.picture();
     push(front);
     QVERIFY(list != menu);
-    QTRY_VERIFY(picture(front) == menu);
+    QTRY_VERIFY(front.picture() == menu);
 }
 
 void MenuTest::lockWarningLeavesUnderANotice()
 {
     Front front(1);
     QVERIFY(front.start());
-    const QImage menu = picture(front);
+    const QImage menu = front.picture();
     front.device().core().setProperty("/SYS/CECU/LCD.ControlLock", "true");
     QTRY_COMPARE(front.led(1, 39), 1);
     turn(front, 1);
     QTRY_VERIFY(front.device().bed().lcd() != menu);
-    const QImage warning = picture(front);
+    const QImage warning = front.picture();
     front.device().core().dropLink();
-    QTRY_VERIFY(picture(front) != warning);
+    QTRY_VERIFY(front.picture() != warning);
     pass(3000); // the warning's own time
     QVERIFY(front.device().core().restoreLink());
-    QTRY_VERIFY(picture(front) == menu);
+    QTRY_VERIFY(front.picture() == menu);
 }
 
 void MenuTest::failureShowsWhereToLook()
 {
     Front front(1);
     front.device().startProgram();
-    const QImage booting = picture(front);
+    const QImage booting = front.picture();
     QVERIFY(booting != QImage(320, 240, booting.format()));
     QCOMPARE(front.device().powerOn(), QString());
-    QTRY_VERIFY(picture(front) != booting); // the menu
+    QTRY_VERIFY(front.picture() != booting); // the menu
 }
 
 void MenuTest::knobAlwaysLeadsBack_data()
@@ -138,7 +117,7 @@ void MenuTest::knobAlwaysLeadsBack()
     Front front(1);
     QVERIFY(front.start());
     CoreService &core = front.device().core();
-    const QImage menu = picture(front);
+    const QImage menu = front.picture();
     for (int step = 0; step < 100; ++step) {
         switch (random.bounded(14)) {
         case 0: core.dropLink(); break;
@@ -158,12 +137,12 @@ void MenuTest::knobAlwaysLeadsBack()
     }
     QVERIFY(core.isLinkUp() || core.restoreLink());
     core.setProperty("/SYS/CECU/LCD.ControlLock", "false");
-    for (int level = 0; level < 12 && picture(front) != menu; ++level) {
+    for (int level = 0; level < 12 && front.picture() != menu; ++level) {
         turn(front, 30); // to Back, where no slider or wheel is in hand
-        picture(front);
+        front.picture();
         push(front); // leaves it, puts down what is in hand, or wakes the device
     }
-    QCOMPARE(picture(front), menu);
+    QCOMPARE(front.picture(), menu);
 }
 
 QTEST_GUILESS_MAIN(MenuTest)

@@ -6,12 +6,5 @@ target_compile_definitions(consoleprocesstest PRIVATE PANEL_SIMULATOR="$<TARGET_
 add_dependencies(consoleprocesstest panel-simulator)
 
 if(TARGET front-panel)
-    if(HOUSE_OWN_NETWORK)
-        add_test(NAME consoledemotest
-            COMMAND ${PROJECT_SOURCE_DIR}/tests/support/own-network $<TARGET_FILE:panel-simulator> --demo)
-    else()
-        add_test(NAME consoledemotest COMMAND panel-simulator --demo)
-        set_tests_properties(consoledemotest PROPERTIES RESOURCE_LOCK port6107)
-    endif()
-    set_tests_properties(consoledemotest PROPERTIES TIMEOUT 300)
+    house_command_test(consoledemotest DEVICE COMMAND $<TARGET_FILE:panel-simulator> --demo)
 endif()

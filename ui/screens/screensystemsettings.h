@@ -20,6 +20,7 @@ public:
     ScreenNetwork(QWidget *parent, const Editors &editors);
 };
 
+/// The serial port.
 class ScreenRs232 : public ScreenData
 {
     Q_OBJECT
@@ -27,6 +28,7 @@ public:
     ScreenRs232(QWidget *parent, const Editors &editors);
 };
 
+/// The device's clock.
 class ScreenTimeAndDate : public ScreenData
 {
     Q_OBJECT
