@@ -1,6 +1,7 @@
 #include "ui/mywidget.h"
 
 #include <QPainter>
+#include <QPaintEvent>
 #include <QVariant>
 
 MyWidget::MyWidget(QWidget *parent, Qt::WindowFlags flags)
@@ -31,8 +32,8 @@ void MyWidget::updateLook()
     }
 }
 
-void MyWidget::paintEvent(QPaintEvent *)
+void MyWidget::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    m_look.paintBox(painter, rect());
+    m_look.paintBox(painter, rect(), event->region());
 }

@@ -5,7 +5,7 @@
 #include <QWidget>
 
 /// A plain widget that shows a style sheet's background and border; black without one. Opaque, so that Qt paints
-/// nothing behind it, and moves its pixels instead of painting them when it slides or scrolls.
+/// nothing behind it.
 class MyWidget : public QWidget
 {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #include "ui/styledlabel.h"
 
 #include <QPainter>
+#include <QPaintEvent>
 #include <QVariant>
 
 namespace {
@@ -55,10 +56,10 @@ void StyledLabel::updateLook()
     update();
 }
 
-void StyledLabel::paintEvent(QPaintEvent *)
+void StyledLabel::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    m_look.paintBox(painter, rect());
+    m_look.paintBox(painter, rect(), event->region());
     painter.setPen(m_look.color);
     const QRect place = contentsRect();
     const bool fits = wordWrap() || sizeHint().width() <= width();

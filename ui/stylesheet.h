@@ -20,8 +20,8 @@ struct Look
 
     bool operator==(const Look &) const = default;
 
-    /// The background and, inside its edges, the border.
-    void paintBox(QPainter &painter, const QRect &rect) const;
+    /// The background and, inside its edges, the border. @param dirty what of it is to be painted.
+    void paintBox(QPainter &painter, const QRect &rect, const QRegion &dirty) const;
 };
 
 /// The style sheet of one label or plain widget: rules for "*", with conditions on dynamic properties such as

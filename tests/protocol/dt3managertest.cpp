@@ -17,7 +17,7 @@ namespace {
 const QString cafe = QString::fromUtf8("/MEDIA/PRESET/Café ☕");
 
 /// Keeps what it is told, a line each, and may do something of the test's own in reply.
-struct RecordingSink : Dt3Sink
+struct RecordingSink final : Dt3Sink
 {
     void nodeReceived(const QString &node) override { note("node " + node); }
     void propertyReceived(const QString &path, const QString &value) override { note("got " + path + "=" + value); }

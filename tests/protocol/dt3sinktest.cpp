@@ -19,7 +19,7 @@ private slots:
     void forgetsDestroyedSinks();
 
 private:
-    struct Sink : Dt3Sink
+    struct Sink final : Dt3Sink
     {
         using Dt3Sink::get, Dt3Sink::open, Dt3Sink::setValue;
         void propertyReceived(const QString &, const QString &value) override { received.append(value); }
