@@ -22,7 +22,7 @@ int main(int argc, char *argv[])
     const std::variant<Options, Notice> parsed = parseOptions(QCoreApplication::arguments());
     if (const Notice *notice = std::get_if<Notice>(&parsed))
         return show(*notice);
-    const Options &options = std::get<Options>(parsed);
+    const Options &options = *std::get_if<Options>(&parsed);
 
     // In the debugger Ctrl-C interrupts the program under it.
     SignalWatcher signalWatcher(!options.wrapper.isEmpty() && !options.hasScript);
