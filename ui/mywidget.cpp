@@ -12,7 +12,7 @@ MyWidget::MyWidget(QWidget *parent, Qt::WindowFlags flags)
 
 void MyWidget::setSheet(const QString &text)
 {
-    m_sheet = StyleSheet::of(text);
+    m_look.setSheet(text);
     updateLook();
 }
 
@@ -24,16 +24,12 @@ void MyWidget::setStyledProperty(const char *name, const QVariant &value)
 
 void MyWidget::updateLook()
 {
-    if (!m_sheet)
-        return;
-    if (const Look look = m_sheet->look(*this); look != m_look) {
-        m_look = look;
+    if (m_look.update(*this))
         update();
-    }
 }
 
 void MyWidget::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    m_look.paintBox(painter, rect(), event->region());
+    m_look->paintBox(painter, rect(), event->region());
 }

@@ -22,6 +22,5 @@ protected:
 private:
     void updateLook();
 
-    std::shared_ptr<const StyleSheet> m_sheet;
-    Look m_look;
+    StyledLook m_look;
 };

@@ -25,6 +25,8 @@ public:
         setFrameShape(QFrame::HLine);
         setLineWidth(1);
         setAttribute(Qt::WA_OpaquePaintEvent);
+        m_look.setSheet(QStringLiteral("*{ color: #363636}"));
+        m_look.update(*this);
     }
 
 protected:
@@ -32,11 +34,11 @@ protected:
     {
         QPainter painter(this);
         painter.fillRect(rect(), Qt::black);
-        painter.fillRect(0, height() / 2, width(), 1, m_sheet->look(*this).color);
+        painter.fillRect(0, height() / 2, width(), 1, m_look->color);
     }
 
 private:
-    const std::shared_ptr<const StyleSheet> m_sheet = StyleSheet::of(QStringLiteral("*{ color: #363636}"));
+    StyledLook m_look;
 };
 
 } // namespace

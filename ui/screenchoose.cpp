@@ -1,8 +1,6 @@
 #include "ui/screenchoose.h"
 
-#include "protocol/dt3manager.h"
 #include "protocol/dt3property.h"
-#include "ui/dataline.h"
 #include "ui/styles.h"
 
 namespace {
@@ -39,7 +37,7 @@ void ScreenChoose::ChooseLine::updateIconText()
 }
 
 ScreenChoose::ScreenChoose(QWidget *parent)
-    : Screen(parent)
+    : ScreenEditor(parent)
     , m_scroll(this)
 {
     contentLayout()->addWidget(&m_scroll);
@@ -48,11 +46,9 @@ ScreenChoose::ScreenChoose(QWidget *parent)
     showBackButton();
 }
 
-void ScreenChoose::openedFrom(const DataLine &row) { bindProperty(row.property()); }
-
 void ScreenChoose::bindProperty(Dt3Property *property)
 {
-    m_property = property;
+    ScreenEditor::bindProperty(property);
     for (const auto &line : m_chooseLines) {
         navigator().hide(&line->collection);
         line->setMarked(false);
@@ -84,28 +80,24 @@ void ScreenChoose::addLine()
 
 void ScreenChoose::setActive(bool active)
 {
-    if (!m_property)
-        return;
-    const QString node = Dt3Manager::nodeOf(m_property->path());
     if (!active) {
-        Dt3Sink::close(node);
+        Dt3Sink::close(node());
         return;
     }
-    open(node);
-    get(m_property->path());
+    open(node());
+    fetch();
 }
 
 void ScreenChoose::propertyReceived(const QString &property, const QString &value)
 {
-    if (m_property)
-        showValue(property, m_property->caption(value));
+    showValue(property, edited().caption(value));
 }
 
 void ScreenChoose::propertyChanged(const QString &property, const QString &value) { propertyReceived(property, value); }
 
 void ScreenChoose::showValue(const QString &property, const QString &caption)
 {
-    if (!m_property || property != m_property->path())
+    if (!isEdited(property))
         return;
     mark(m_currentCaption, false);
     m_currentCaption = caption;
@@ -118,4 +110,4 @@ void ScreenChoose::mark(const QString &caption, bool marked)
         line->setMarked(marked);
 }
 
-void ScreenChoose::selectedLabel(const ChooseLine *line) { setValue(*m_property, line->captionLabel.text()); }
+void ScreenChoose::selectedLabel(const ChooseLine *line) { write(line->captionLabel.text()); }

@@ -1,27 +1,23 @@
 #pragma once
 
-#include "protocol/dt3sink.h"
 #include "ui/myscroll.h"
-#include "ui/screen.h"
+#include "ui/screeneditor.h"
 
 #include <memory>
 #include <vector>
 
-class Dt3Property;
-
 /// Edits a property by a list of its captions. Selecting one writes it at once; the screen stays, and the mark
 /// moves when the device reports the change.
-class ScreenChoose : public Screen, public Dt3Sink
+class ScreenChoose : public ScreenEditor
 {
     Q_OBJECT
 public:
     explicit ScreenChoose(QWidget *parent);
 
-    /// Offers the captions of the property, which is borrowed.
-    void bindProperty(Dt3Property *property);
+    /// Offers the captions of the property.
+    void bindProperty(Dt3Property *property) override;
 
     void setActive(bool active) override;
-    void openedFrom(const DataLine &row) override;
     void propertyReceived(const QString &property, const QString &value) override;
     void propertyChanged(const QString &property, const QString &value) override;
 
@@ -45,7 +41,6 @@ private:
     void selectedLabel(const ChooseLine *line);
     void mark(const QString &caption, bool marked);
 
-    Dt3Property *m_property = nullptr;
     MyScroll m_scroll;
     QMap<QString, ChooseLine *> m_optionLines;
     std::vector<std::unique_ptr<ChooseLine>> m_chooseLines; ///< Behind the scroll area, which they leave first.

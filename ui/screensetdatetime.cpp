@@ -37,13 +37,13 @@ void ScreenSetDateTime::setActive(bool active)
 
 void ScreenSetDateTime::propertyReceived(const QString &property, const QString &value)
 {
-    if (isBound(property))
+    if (isEdited(property))
         showFields(half(value, static_cast<int>(m_edited)));
 }
 
 void ScreenSetDateTime::propertyChanged(const QString &property, const QString &value)
 {
-    if (isBound(property))
+    if (isEdited(property))
         m_otherPart = half(value, 1 - static_cast<int>(m_edited));
 }
 

@@ -1,8 +1,5 @@
 #include "ui/screensetfields.h"
 
-#include "protocol/dt3manager.h"
-#include "protocol/dt3property.h"
-#include "ui/dataline.h"
 #include "ui/styles.h"
 
 #include <QGridLayout>
@@ -15,7 +12,7 @@ ScreenSetFields::Wheel::Wheel(QWidget *parent, const Field &field)
 }
 
 ScreenSetFields::ScreenSetFields(QWidget *parent, std::initializer_list<Field> fields, const QString &separator)
-    : Screen(parent)
+    : ScreenEditor(parent)
     , m_separator(separator)
 {
     auto *grid = new QGridLayout; // the content layout's
@@ -44,8 +41,6 @@ ScreenSetFields::ScreenSetFields(QWidget *parent, std::initializer_list<Field> f
     showBackButton();
 }
 
-void ScreenSetFields::openedFrom(const DataLine &row) { bindProperty(row.property()); }
-
 void ScreenSetFields::showFields(const QString &text)
 {
     const QStringList parts = text.split(m_separator);
@@ -63,19 +58,8 @@ QString ScreenSetFields::fields() const
     return texts.join(m_separator);
 }
 
-void ScreenSetFields::fetch()
-{
-    if (m_property)
-        get(m_property->path());
-}
-
-bool ScreenSetFields::isBound(const QString &path) const { return m_property && path == m_property->path(); }
-
-QString ScreenSetFields::node() const { return m_property ? Dt3Manager::nodeOf(m_property->path()) : QString(); }
-
 void ScreenSetFields::save(const QString &value)
 {
-    if (m_property)
-        setValue(*m_property, value);
+    write(value);
     hideMe();
 }

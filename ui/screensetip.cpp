@@ -14,7 +14,7 @@ void ScreenSetIp::setActive(bool active)
 
 void ScreenSetIp::propertyReceived(const QString &property, const QString &value)
 {
-    if (isBound(property))
+    if (isEdited(property))
         showFields(value);
 }
 

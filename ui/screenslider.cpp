@@ -1,6 +1,5 @@
 #include "ui/screenslider.h"
 
-#include "protocol/dt3manager.h"
 #include "protocol/dt3property.h"
 #include "ui/dataline.h"
 #include "ui/roundednumber.h"
@@ -25,7 +24,7 @@ QString icon(int size) { return whiteText(QStringLiteral("FontAwesome"), size); 
 } // namespace
 
 ScreenSlider::ScreenSlider(QWidget *parent)
-    : Screen(parent)
+    : ScreenEditor(parent)
     , m_slider(this, 0, 10, 1)
 {
     m_slider.setFixedSize(270, 10);
@@ -92,13 +91,13 @@ void ScreenSlider::layOutBlock()
 
 void ScreenSlider::openedFrom(const DataLine &row)
 {
-    bindProperty(row.property());
+    ScreenEditor::openedFrom(row);
     setOptions(row.options());
 }
 
 void ScreenSlider::bindProperty(Dt3Property *property)
 {
-    m_property = property;
+    ScreenEditor::bindProperty(property);
     m_valueLabel.setText({}); // the number of the row before
 }
 
@@ -118,7 +117,7 @@ void ScreenSlider::setOptions(const QMap<QString, QString> &options)
     m_unit = options.value(QStringLiteral("MiddleCaption"));
     m_smallIcon.setSheet(icon(options.contains(QStringLiteral("IconSizeSame")) ? 30 : 20));
     const QString secondary = options.value(QStringLiteral("SecondaryPropName"));
-    m_secondaryPath = secondary.isEmpty() ? QString() : Dt3Manager::nodeOf(m_property->path()) + '.' + secondary;
+    m_secondaryPath = secondary.isEmpty() ? QString() : node() + '.' + secondary;
     m_secondaryUnit = options.value(QStringLiteral("SecondaryPropCaption"));
     m_secondaryLabel.setVisible(options.contains(QStringLiteral("SecondaryPropCaption")));
     setAxis(options.value(QStringLiteral("AxisFontSize"), QStringLiteral("17")).toInt());
@@ -137,30 +136,29 @@ void ScreenSlider::setAxis(int fontSize)
 
 void ScreenSlider::setActive(bool active)
 {
-    if (!active || !m_property)
+    if (!active)
         return;
-    get(m_property->path());
+    fetch();
     if (m_secondaryPath.isEmpty())
         showSecondaryValue({});
     else
         get(m_secondaryPath);
-    const QString node = Dt3Manager::nodeOf(m_property->path());
-    open(node);
-    if (!m_openNodes.contains(node))
-        m_openNodes.append(node);
+    open(node());
+    if (!m_openNodes.contains(node()))
+        m_openNodes.append(node());
     navigator().select(); // the slider takes the keys at once
 }
 
 void ScreenSlider::connectionLost()
 {
-    for (const QString &node : std::as_const(m_openNodes))
-        Dt3Sink::close(node);
+    for (const QString &held : std::as_const(m_openNodes))
+        Dt3Sink::close(held);
     m_openNodes.clear();
 }
 
 void ScreenSlider::propertyReceived(const QString &property, const QString &value)
 {
-    if (m_property && property == m_property->path())
+    if (isEdited(property))
         showValue(value);
     else if (!m_secondaryPath.isEmpty() && property == m_secondaryPath)
         showSecondaryValue(value);
@@ -182,8 +180,8 @@ void ScreenSlider::showSecondaryValue(const QString &value)
 void ScreenSlider::changed(int delta)
 {
     // A method, or another property to write to, takes the step; the property itself takes the new value.
-    const bool relative = m_property->hasMethodPath() || m_property->hasWritePath();
-    setValue(*m_property, QString::number(relative ? delta : m_slider.valueText().toInt() + delta));
+    const bool relative = edited().hasMethodPath() || edited().hasWritePath();
+    write(QString::number(relative ? delta : m_slider.valueText().toInt() + delta));
 }
 
 void ScreenSlider::leave()

@@ -1,25 +1,20 @@
 #pragma once
 
-#include "protocol/dt3sink.h"
 #include "ui/itemslider.h"
-#include "ui/screen.h"
+#include "ui/screeneditor.h"
 
 #include <array>
-#include <map>
-
-class Dt3Property;
 
 /// Edits a number with a bar over an axis. Each step is written at once; the bar follows what the device reports.
 ///
 /// It holds the nodes of the properties that it was opened for until the link is lost.
-class ScreenSlider : public Screen, public Dt3Sink
+class ScreenSlider : public ScreenEditor
 {
     Q_OBJECT
 public:
     explicit ScreenSlider(QWidget *parent);
 
-    /// The property is borrowed.
-    void bindProperty(Dt3Property *property);
+    void bindProperty(Dt3Property *property) override;
     /// The scale and the captions of the row that opens the editor:
     /// "SmallIcon", "BigIcon": glyphs; "MinValue", "MaxValue", "StepSize": integers; "GrowFromZero": the bar starts
     /// at zero; "MiddleCaption": the unit; "IconSizeSame": both icons are large; "AxisFontSize": in pixels;
@@ -42,7 +37,6 @@ private:
     void showValue(const QString &value);
     void showSecondaryValue(const QString &value);
 
-    Dt3Property *m_property = nullptr;
     ItemSlider m_slider;
     Collection m_collection;
     StyledLabel m_smallIcon, m_bigIcon, m_valueLabel, m_secondaryLabel;

@@ -28,8 +28,10 @@ private:
 class ScreenAlert : public ScreenWarning
 {
     Q_OBJECT
-protected:
+public:
     explicit ScreenAlert(QWidget *parent);
+
+protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -41,10 +43,7 @@ class ScreenReconnecting : public ScreenAlert
 {
     Q_OBJECT
 public:
-    explicit ScreenReconnecting(QWidget *parent)
-        : ScreenAlert(parent)
-    {
-    }
+    using ScreenAlert::ScreenAlert;
 };
 
 /// The connection did not come.
@@ -52,8 +51,5 @@ class ScreenFail : public ScreenAlert
 {
     Q_OBJECT
 public:
-    explicit ScreenFail(QWidget *parent)
-        : ScreenAlert(parent)
-    {
-    }
+    using ScreenAlert::ScreenAlert;
 };

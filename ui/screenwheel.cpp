@@ -1,10 +1,9 @@
 #include "ui/screenwheel.h"
 
 #include "protocol/dt3property.h"
-#include "ui/dataline.h"
 
 ScreenWheel::ScreenWheel(QWidget *parent)
-    : Screen(parent)
+    : ScreenEditor(parent)
     , m_wheel(this, false)
     , m_group(this, &m_wheel)
 {
@@ -24,24 +23,22 @@ ScreenWheel::ScreenWheel(QWidget *parent)
     showBackButton();
 }
 
-void ScreenWheel::openedFrom(const DataLine &row) { bindProperty(row.property()); }
-
 void ScreenWheel::bindProperty(Dt3Property *property)
 {
-    m_property = property;
+    ScreenEditor::bindProperty(property);
     m_wheel.setOptions(property->captions());
 }
 
 void ScreenWheel::setActive(bool active)
 {
-    if (active && m_property)
-        get(m_property->path());
+    if (active)
+        fetch();
 }
 
 void ScreenWheel::propertyReceived(const QString &property, const QString &value)
 {
-    if (m_property && property == m_property->path())
+    if (isEdited(property))
         m_wheel.setCurrentText(value);
 }
 
-void ScreenWheel::chosen() { setValue(*m_property, m_wheel.text()); }
+void ScreenWheel::chosen() { write(m_wheel.text()); }

@@ -3,7 +3,6 @@
 #include "ui/stylesheet.h"
 
 #include <QLabel>
-#include <QPixmapCache>
 
 /// A label of the menu: plain text, whatever it looks like, in the look that its style sheet gives to its state.
 /// A line that is wider than the label ends in an ellipsis.
@@ -12,7 +11,6 @@ class StyledLabel : public QLabel
     Q_OBJECT
 public:
     explicit StyledLabel(QWidget *parent = nullptr);
-    ~StyledLabel() override;
 
     /// What the label shows; derived labels format a device's value here.
     virtual void setText(const QString &text);
@@ -26,20 +24,6 @@ protected:
 
 private:
     void updateLook();
-    QPixmap draw() const;
 
-    std::shared_ptr<const StyleSheet> m_sheet;
-    Look m_look;
-
-    /// What a picture of the label depends on, besides its sheet.
-    struct Drawn
-    {
-        QString text;
-        Look look;
-        QSize size;
-        Qt::Alignment alignment;
-        bool operator==(const Drawn &) const = default;
-    };
-    Drawn m_drawn;
-    QPixmapCache::Key m_picture; ///< Of m_drawn, while the cache keeps it.
+    StyledLook m_look;
 };

@@ -8,6 +8,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <utility>
 
 void Look::paintBox(QPainter &painter, const QRect &rect, const QRegion &dirty) const
 {
@@ -96,4 +97,12 @@ Look StyleSheet::look(const QObject &widget) const
         look.borderColor = rule.borderColor.value_or(look.borderColor);
     }
     return look;
+}
+
+bool StyledLook::update(const QObject &widget)
+{
+    if (!m_sheet)
+        return false;
+    const Look before = std::exchange(m_look, m_sheet->look(widget));
+    return m_look != before;
 }

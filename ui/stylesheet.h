@@ -62,3 +62,21 @@ private:
     std::optional<Qt::Alignment> m_alignment;
     QList<Rule> m_rules; ///< The more conditions the later; a later one wins.
 };
+
+/// The sheet of a widget, and the look that it has now.
+class StyledLook
+{
+public:
+    void setSheet(const QString &text) { m_sheet = StyleSheet::of(text); }
+    /// Looks again at the widget's dynamic properties. @return whether the look has changed.
+    bool update(const QObject &widget);
+
+    /// Null until there is one.
+    const StyleSheet *sheet() const { return m_sheet.get(); }
+    const Look &operator*() const { return m_look; }
+    const Look *operator->() const { return &m_look; }
+
+private:
+    std::shared_ptr<const StyleSheet> m_sheet;
+    Look m_look;
+};

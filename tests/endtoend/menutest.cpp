@@ -19,7 +19,7 @@ class MenuTest : public QObject
 private slots:
     void editorSurvivesALoss();
     void lockWarningLeavesUnderANotice();
-    void failureShowsWhereToLook();
+    void bootNoticeLeavesWithTheService();
     void knobAlwaysLeadsBack_data();
     void knobAlwaysLeadsBack();
 
@@ -93,7 +93,7 @@ void MenuTest::lockWarningLeavesUnderANotice()
     QTRY_VERIFY(front.picture() == menu);
 }
 
-void MenuTest::failureShowsWhereToLook()
+void MenuTest::bootNoticeLeavesWithTheService()
 {
     Front front(1);
     front.device().startProgram();

@@ -1,0 +1,112 @@
+#include "ui/pool.h"
+
+#include "protocol/catalogue.h"
+#include "tests/ui/lcd.h"
+#include "ui/screenwarning.h"
+
+#include <QApplication>
+#include <QProcess>
+#include <QTest>
+
+/// The notices of the LCD. In a network of its own, whose addresses are the test's.
+class PoolTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void failureShowsTheAddress();
+    void lockWarningStaysForTheLastKey();
+    void messageFitsItsBox_data();
+    void messageFitsItsBox();
+    void tabMovesNothing();
+
+private:
+    static QString topText();
+    Pool *m_pool = nullptr;
+};
+
+/// The texts of the screen that has the keyboard.
+QString PoolTest::topText()
+{
+    QStringList texts;
+    for (const QLabel *label : QApplication::focusWidget()->findChildren<QLabel *>()) {
+        if (label->isVisible())
+            texts += label->text();
+    }
+    return texts.join('|');
+}
+
+void PoolTest::initTestCase()
+{
+    const Lcd prepared; // fonts and application style sheet
+    fillCatalogue();
+    m_pool = Pool::instance();
+    QVERIFY(QTest::qWaitForWindowActive(m_pool));
+    m_pool->initScreens();
+    QVERIFY2(topText().startsWith("BOOTING...|Please wait..."), qPrintable(topText()));
+}
+
+void PoolTest::failureShowsTheAddress()
+{
+    m_pool->connectionTimeoutExpired();
+    QVERIFY2(topText().startsWith("BOOTING FAILED|Plz connect ethernet cable..."), qPrintable(topText()));
+    QCOMPARE(QProcess::execute("ip", {"addr", "add", "192.168.1.10/32", "dev", "lo"}), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(topText().contains("Download log files:\n\thttp://192.168.1.10/log\n"
+                                                "Firmware upgrade:\n\thttp://192.168.1.10/firmware"),
+        12000);
+    m_pool->connectionStateChanged(true);
+    QTRY_COMPARE(topText().section('|', 0, 0), "MAIN MENU");
+}
+
+void PoolTest::lockWarningStaysForTheLastKey()
+{
+    QElapsedTimer time;
+    for (int key = 0; key < 3; ++key) {
+        m_pool->lockedWarningAction();
+        time.start();
+        QVERIFY(topText().startsWith("WARNING|Front panel is locked."));
+        QVERIFY(!QTest::qWaitFor([] { return topText().startsWith("MAIN"); }, 1000));
+    }
+    QTRY_VERIFY(topText().startsWith("MAIN MENU")); // it was shown once, and left once
+    QVERIFY(time.elapsed() >= 2900);
+}
+
+void PoolTest::messageFitsItsBox_data()
+{
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("short") << "Hi"
+                           << "Hi";
+    QTest::newRow("looks like markup") << "<b>x</b> & y"
+                                       << "<b>x</b> & y";
+    QTest::newRow("lines") << QString("word ").repeated(30) << QString("word ").repeated(30);
+    QTest::newRow("a word without end") << QString(200, 'x') << QString(QChar(0x2026));
+    QTest::newRow("a text without end") << QString("word ").repeated(5000) << QString(QChar(0x2026));
+}
+
+void PoolTest::messageFitsItsBox()
+{
+    QFETCH(const QString, message);
+    QFETCH(const QString, shown);
+    m_pool->propertyChanged(propLcdMessage.path(), message);
+    m_pool->propertyChanged(propLcdMessage.path(), {}); // changes nothing
+    const QLabel *label = nullptr;
+    for (const QLabel *child : m_pool->findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly))
+        label = child->wordWrap() ? child : label;
+    QVERIFY(label && label->isVisible());
+    QVERIFY(label->text() == shown || (shown.size() == 1 && label->text().endsWith(shown)));
+    QVERIFY(label->width() >= 100 && label->width() <= 300 && label->height() <= 220);
+    QVERIFY(label->heightForWidth(label->width()) <= label->height());
+    QCOMPARE(label->pos(), QPoint((320 - label->width()) / 2, (240 - label->height()) / 2));
+}
+
+void PoolTest::tabMovesNothing()
+{
+    const QWidget *before = QApplication::focusWidget();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    QCOMPARE(QApplication::focusWidget(), before);
+}
+
+QTEST_MAIN(PoolTest)
+#include "pooltest.moc"
