@@ -54,6 +54,8 @@ void loadFonts()
     for (const char *file : {"Roboto-Bold-Ostra.ttf", "Roboto-Medium-Ostra.ttf", "Roboto-Regular-Ostra.ttf",
              "Roboto-Light-Ostra.ttf", "fontawesome-webfont.ttf"})
         QFontDatabase::addApplicationFont(QStringLiteral("qt-base/font/") + QLatin1StringView(file));
+    // The numbers beside an icon ask for its font, which has no digits.
+    QFont::insertSubstitution(QStringLiteral("FontAwesome"), QStringLiteral("RobotoLight"));
 }
 
 } // namespace

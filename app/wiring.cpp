@@ -11,6 +11,7 @@
 #include "protocol/dt3manager.h"
 #include "ui/navigationmanager.h"
 #include "ui/pool.h"
+#include "ui/screens/screenpreset.h"
 
 void connectHouse(const House &house)
 {
@@ -60,6 +61,18 @@ void connectHouse(const House &house)
     connect(logic, &FrontLogic::unlockDestination, crosspoint, &CrosspointManager::unlockDestination);
 
     connect(logic, &FrontLogic::preselectAction, pool, &Pool::preselectAction);
+    connect(logic, &FrontLogic::loadPresetButtonPushed, pool, &Pool::loadPresetButtonPushed);
+    connect(logic, &FrontLogic::savePresetButtonPushed, pool, &Pool::savePresetButtonPushed);
+    connect(logic, &FrontLogic::loadPresetNumberButtonPushed, pool, &Pool::loadPresetNumberButtonPushed);
+    connect(logic, &FrontLogic::savePresetNumberButtonPushed, pool, &Pool::savePresetNumberButtonPushed);
+    connect(logic, &FrontLogic::presetLoad, pool, &Pool::loadPresetTakePressed);
+    connect(logic, &FrontLogic::presetSave, pool, &Pool::savePresetTakePressed);
+    connect(logic, &FrontLogic::loadPresetTimeout, pool, &Pool::loadPresetTimeout);
+    connect(logic, &FrontLogic::savePresetTimeout, pool, &Pool::savePresetTimeout);
+    connect(logic, &FrontLogic::loadPresetLeaveMode, pool, &Pool::loadPresetLeaveMode);
+    connect(logic, &FrontLogic::savePresetLeaveMode, pool, &Pool::savePresetLeaveMode);
+    connect(pool->loadPresetScreen(), &ScreenLoadPreset::onShowChange, logic, &FrontLogic::loadPresetMenuShowChange);
+    connect(pool->savePresetScreen(), &ScreenSavePreset::onShowChange, logic, &FrontLogic::savePresetMenuShowChange);
     connect(logic, &FrontLogic::presetLoad, preset, &PresetManager::loadPresetByButtonNum);
     connect(logic, &FrontLogic::presetSave, preset, &PresetManager::createPresetByButtonNum);
 

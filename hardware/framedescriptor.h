@@ -11,7 +11,7 @@ struct FrameDescriptor // NOLINT(clang-analyzer-optin.performance.Padding): colu
     uint64_t inputsA, inputsB, inputsC;
     uint64_t outputsA, outputsB, outputsC;
     uint32_t frameType; ///< 0 to 3: how assignCards() deals the add-on slots to cards.
-    uint32_t flag;      ///< Non-zero: the root menu ignores two of its actions.
+    uint32_t flag;      ///< Non-zero: the frame has redundant power supplies.
     uint32_t layout;    ///< 0 to 6: the front-panel layout.
 
     constexpr int layoutId() const { return static_cast<int>(layout); }

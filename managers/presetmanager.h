@@ -20,6 +20,8 @@ public:
     int buttonOfPreset(const QString &name) const;
     /// The name assigned to the button, from 1; empty for none, and for a button that the frame does not have.
     QString presetOfButton(int button) const;
+    /// There is a preset of this name on the device.
+    bool hasPreset(const QString &name) const { return m_presets.contains(name); }
     /// The button's preset is there on the device.
     bool buttonHasExistingPreset(int button) const;
 

@@ -6,7 +6,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The program asks in bursts: each answer brings the next questions. This long without one and it is through.
+// The program asks in bursts: each answer brings the next questions. This long without one, and nothing to compute
+// either, and it is through.
 constexpr std::chrono::milliseconds quietTime = 200ms;
 constexpr int lastMessages = 10;
 
@@ -54,7 +55,7 @@ void Device::startProgram()
 
 bool Device::isProgramReady() const
 {
-    return !m_end && m_sinceRequest.isValid() && m_sinceRequest.hasExpired(quietTime.count());
+    return !m_end && m_sinceRequest.isValid() && m_sinceRequest.hasExpired(quietTime.count()) && m_runner.isIdle();
 }
 
 void Device::logRequest(const QString &line)

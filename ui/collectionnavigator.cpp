@@ -26,7 +26,7 @@ void CollectionNavigator::show(Collection *collection, bool skipped)
     if (!m_collections.contains(collection))
         return;
     collection->showAll(skipped);
-    if (!m_current)
+    if (!m_current || (skipped && collection == m_current))
         reset();
 }
 
@@ -59,10 +59,10 @@ void CollectionNavigator::select()
         m_current->select();
 }
 
-void CollectionNavigator::step(int direction)
+bool CollectionNavigator::step(int direction)
 {
     if (!m_current)
-        return;
+        return false;
     m_current->normal();
     qsizetype target = seek(m_collections.indexOf(m_current) + direction, direction);
     if (target < 0 && m_wrap)
@@ -70,6 +70,7 @@ void CollectionNavigator::step(int direction)
     if (target >= 0)
         m_current = m_collections[target];
     m_current->hover();
+    return target >= 0;
 }
 
 qsizetype CollectionNavigator::seek(qsizetype index, int direction) const

@@ -28,13 +28,14 @@ public:
 
     /// Back to the first one that is not skipped.
     void reset();
-    void previous() { step(-1); }
-    void next() { step(1); }
+    // False: there is no further stop in this direction, the highlight stays.
+    bool previous() { return step(-1); }
+    bool next() { return step(1); }
     /// Selects the current one, if any.
     void select();
 
 private:
-    void step(int direction);
+    bool step(int direction);
     /// The next one that is not skipped, from @p index on; -1 where there is none.
     qsizetype seek(qsizetype index, int direction) const;
 

@@ -39,6 +39,7 @@ public:
     /// What the editor that the row opens is told, by key.
     const QMap<QString, QString> &options() const { return m_options; }
     void setOption(const QString &key, const QString &value) { m_options.insert(key, value); }
+    void setOptions(const QMap<QString, QString> &options) { m_options = options; }
 
     /// The screen that opens when the row is selected; null for none. Borrowed.
     Screen *child() const { return m_child; }

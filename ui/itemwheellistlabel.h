@@ -21,6 +21,7 @@ public:
     void insertOption(const QString &before, const QString &text);
     /// Where the option is the one that shows, its neighbour takes its place on the label.
     void removeOption(const QString &text);
+    bool hasOption(const QString &text) const { return m_options.contains(text); }
     int optionCount() const { return static_cast<int>(m_options.size()); }
     /// Shows a text, and keeps it as the one that Escape brings back; logged where it is no option.
     void setCurrentText(const QString &text);

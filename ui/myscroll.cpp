@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int rowStep = 32; // pixels, a line of text and the space under it
+
 /// The bar of a list. Filled: the drawing of Qt's style sheets took more time than the rows beside it.
 class ScrollBar : public QScrollBar
 {
@@ -68,6 +70,13 @@ void MyScroll::openRow(int row)
     m_grid.setRowStretch(row, 0);
     m_grid.setRowStretch(row + 1, 1);
 }
+
+void MyScroll::scrollByRow(int direction)
+{
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + direction * rowStep);
+}
+
+void MyScroll::scrollToTop() { verticalScrollBar()->setValue(0); }
 
 void MyScroll::hoverEvent(QWidget *hovered)
 {

@@ -20,6 +20,10 @@ public:
     /// Prepares the grid's row @p row to hold a line: the one behind it takes the spare height.
     void openRow(int row);
 
+    /// Moves the rows by about one. @param direction 1 for those below, -1 for those above.
+    void scrollByRow(int direction);
+    void scrollToTop();
+
 public slots:
     /// The highlight has come to a widget among the rows: it stays in view, with 24 pixels above and below, also
     /// when rows around it come and go.

@@ -1,10 +1,14 @@
 #include "ui/pool.h"
 
+#include "managers/presetmanager.h"
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
 #include "ui/screenchoose.h"
 #include "ui/screenenterstandby.h"
 #include "ui/screenresettofactorydefaults.h"
+#include "ui/screens/edidbrowser.h"
+#include "ui/screens/presetdialogues.h"
+#include "ui/screens/screenpreset.h"
 #include "ui/screens/screenroot.h"
 #include "ui/screensetdatetime.h"
 #include "ui/screensetip.h"
@@ -21,6 +25,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -71,6 +76,9 @@ QString fittedMessage(const QString &message, QLabel &label)
     return text;
 }
 
+/// A chain of dialogues, the topmost first: each leaves only from the top.
+template <typename... Screens> void unwind(Screens *...screens) { (screens->hideMe(), ...); }
+
 } // namespace
 
 Pool *Pool::instance()
@@ -78,7 +86,11 @@ Pool *Pool::instance()
     static QPointer<Pool> self;
     if (!self) {
         self = new Pool; // owned by the post routine
-        qAddPostRoutine([] { delete self.data(); });
+        qAddPostRoutine([] {
+            if (self)
+                self->hide(); // delivers the keys that were pressed last, while there is somebody to take them
+            delete self.data();
+        });
     }
     return self;
 }
@@ -102,25 +114,39 @@ Pool::Pool()
 
 void Pool::initScreens()
 {
-    makeEditors();
+    makeSharedScreens();
     makeNotices();
-    auto *root = new ScreenRoot(this, m_editors);
+    auto *root = new ScreenRoot(this, m_shared);
     root->setTitle(QStringLiteral("Main Menu"));
     root->showMe();
     m_bootScreen->present();
     connect(root, &Screen::pendingEntriesFinished, this, &Pool::menuEntriesReady);
 }
 
-void Pool::makeEditors()
+void Pool::makeSharedScreens()
 {
-    m_editors.choose = new ScreenChoose(this);
-    m_editors.slider = new ScreenSlider(this);
-    m_editors.setDate = new ScreenSetDate(this);
-    m_editors.setIp = new ScreenSetIp(this);
-    m_editors.setTime = new ScreenSetTime(this);
-    m_editors.wheel = new ScreenWheel(this);
-    m_editors.resetToFactoryDefaults = new ScreenResetToFactoryDefaults(this);
-    m_editors.enterStandby = new ScreenEnterStandby(this);
+    m_slider = new ScreenSlider(this);
+    m_enterStandby = new ScreenEnterStandby(this);
+    m_confirmLoadPreset = new ScreenConfirmLoadPreset(this);
+    m_loadPreset = new ScreenLoadPreset(this, m_confirmLoadPreset);
+    m_presetWarning = new ScreenPresetWarning(this);
+    m_confirmSavePreset = new ScreenConfirmSavePreset(this);
+    m_savePreset = new ScreenSavePreset(this, m_confirmSavePreset);
+    m_shared = {
+        .choose = new ScreenChoose(this),
+        .slider = m_slider,
+        .setDate = new ScreenSetDate(this),
+        .setIp = new ScreenSetIp(this),
+        .setTime = new ScreenSetTime(this),
+        .wheel = new ScreenWheel(this),
+        .edidViewer = new ScreenEdidViewer(this),
+        .edidSwitcher = new ScreenEdidSwitcher(this),
+        .edidSaver = new ScreenEdidSaver(this),
+        .resetToFactoryDefaults = new ScreenResetToFactoryDefaults(this),
+        .enterStandby = m_enterStandby,
+        .loadPreset = m_loadPreset,
+        .savePreset = m_savePreset,
+    };
 }
 
 void Pool::makeNotices()
@@ -161,8 +187,8 @@ void Pool::connectionStateChanged(bool connected)
     const QString messageNode = Dt3Manager::nodeOf(m_lcdMessage.path());
     if (!connected) {
         Dt3Sink::close(messageNode);
-        m_editors.slider->connectionLost();
-        m_editors.enterStandby->connectionLost();
+        m_slider->connectionLost();
+        m_enterStandby->connectionLost();
         m_bootScreen->setTitle(QStringLiteral("Reconnecting..."));
         m_bootScreen->setMessage(QStringLiteral("Attempting to reconnect."));
         m_bootScreen->present();
@@ -207,7 +233,74 @@ void Pool::upgradeStateChanged(bool upgrading, uint8_t progress)
         m_upgradingScreen->withdraw();
 }
 
-void Pool::factoryDefaultButtonPushed() { m_editors.resetToFactoryDefaults->showMe(); }
+void Pool::factoryDefaultButtonPushed() { m_shared.resetToFactoryDefaults->showMe(); }
+
+void Pool::loadPresetButtonPushed()
+{
+    unwind(m_confirmSavePreset, m_savePreset, m_presetWarning, m_confirmLoadPreset);
+    m_loadPreset->showMe();
+    m_loadPresetPending = false;
+}
+
+void Pool::loadPresetNumberButtonPushed(int button)
+{
+    m_loadPresetPending = true;
+    const QString name = PresetManager::instance()->presetOfButton(button);
+    if (name.isEmpty()) {
+        unwind(m_confirmLoadPreset);
+        m_presetWarning->setButton(button);
+        m_presetWarning->showMe();
+    } else {
+        unwind(m_presetWarning);
+        m_confirmLoadPreset->setTitle(QStringLiteral("Load preset")); // a row may have given it another
+        m_confirmLoadPreset->setPresetName(name);
+        m_confirmLoadPreset->showMe();
+    }
+}
+
+void Pool::loadPresetTakePressed(int) { loadPresetLeaveMode(); }
+
+void Pool::loadPresetLeaveMode()
+{
+    unwind(m_presetWarning, m_confirmLoadPreset, m_loadPreset);
+    m_loadPresetPending = false;
+}
+
+void Pool::loadPresetTimeout()
+{
+    if (std::exchange(m_loadPresetPending, false))
+        unwind(m_presetWarning, m_confirmLoadPreset);
+}
+
+void Pool::savePresetButtonPushed()
+{
+    unwind(m_presetWarning, m_confirmLoadPreset, m_loadPreset, m_confirmSavePreset);
+    m_savePreset->showMe();
+    m_savePresetPending = false;
+}
+
+void Pool::savePresetNumberButtonPushed(int button)
+{
+    m_savePresetPending = true;
+    const PresetManager *presets = PresetManager::instance();
+    m_confirmSavePreset->setTitle(QStringLiteral("Save preset"));
+    m_confirmSavePreset->setPreset(presets->presetOfButton(button), presets->buttonHasExistingPreset(button), button);
+    m_confirmSavePreset->showMe();
+}
+
+void Pool::savePresetTakePressed(int) { savePresetLeaveMode(); }
+
+void Pool::savePresetLeaveMode()
+{
+    unwind(m_confirmSavePreset, m_savePreset);
+    m_savePresetPending = false;
+}
+
+void Pool::savePresetTimeout()
+{
+    if (std::exchange(m_savePresetPending, false))
+        unwind(m_confirmSavePreset);
+}
 
 void Pool::propertyChanged(const QString &property, const QString &value)
 {

@@ -8,12 +8,37 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 PropertyDisplayLabel::PropertyDisplayLabel(QWidget *parent, const QString &extraSheet)
     : StyledLabel(parent)
 {
     setSheet(Style::value + extraSheet);
     StyledLabel::setText(QStringLiteral("TBD"));
+}
+
+void PropertyDisplayLabel::showValue(const QString &value)
+{
+    if (isVisible()) {
+        m_hiddenValue.reset();
+        setText(value);
+    } else {
+        m_hiddenValue = value;
+    }
+}
+
+void PropertyDisplayLabel::forgetValue(const QString &text)
+{
+    m_hiddenValue.reset();
+    setStyledProperty(InterfaceItem::stateProperty, {});
+    StyledLabel::setText(text);
+}
+
+void PropertyDisplayLabel::showEvent(QShowEvent *event)
+{
+    if (m_hiddenValue)
+        setText(*std::exchange(m_hiddenValue, std::nullopt));
+    StyledLabel::showEvent(event);
 }
 
 PropertyDisplayLabelNumericValue::PropertyDisplayLabelNumericValue(QWidget *parent, bool rounded, const QString &unit)
@@ -52,6 +77,13 @@ void PropertyDisplayLabelAudioInfo::setText(const QString &value)
     m_index = 0;
     tick();
     m_timer.start();
+}
+
+void PropertyDisplayLabelAudioInfo::forgetValue(const QString &text)
+{
+    m_timer.stop();
+    m_parts.clear();
+    PropertyDisplayLabel::forgetValue(text);
 }
 
 void PropertyDisplayLabelAudioInfo::tick()

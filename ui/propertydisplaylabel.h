@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <optional>
+
 class Dt3Property;
 
 /// Shows the value of a device property. The derived labels format it.
@@ -18,11 +20,21 @@ public:
     /// Borrowed; null until it is bound.
     Dt3Property *property() const { return m_property; }
     void setProperty(Dt3Property *property) { m_property = property; }
+
+    /// Shows it now, or, while the label is hidden, as soon as it is not.
+    void showValue(const QString &value);
+    /// What it shows is of no account any more. @param text shows until a value comes.
+    virtual void forgetValue(const QString &text = QStringLiteral("TBD"));
+
     using QObject::property;
     using QObject::setProperty;
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
     Dt3Property *m_property = nullptr;
+    std::optional<QString> m_hiddenValue; ///< Came while the label was hidden.
 };
 
 /// "24 MHz"
@@ -58,6 +70,7 @@ class PropertyDisplayLabelAudioInfo : public PropertyDisplayLabel
 public:
     explicit PropertyDisplayLabelAudioInfo(QWidget *parent);
     void setText(const QString &value) override;
+    void forgetValue(const QString &text) override;
 
 public slots:
     void tick();

@@ -129,6 +129,7 @@ void Screen::setTitle(const QString &title) { m_titleLabel.setText(title.toUpper
 
 void Screen::setActive(bool) { }
 void Screen::openedFrom(const DataLine &) { }
+void Screen::turnedPastLastStop(int) { }
 void Screen::savePressed() { hideMe(); }
 void Screen::backPressed() { hideMe(); }
 
@@ -189,9 +190,11 @@ void Screen::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();
     if (isPreviousKey(key)) {
-        m_navigator.previous();
+        if (!m_navigator.previous())
+            turnedPastLastStop(-1);
     } else if (isNextKey(key)) {
-        m_navigator.next();
+        if (!m_navigator.next())
+            turnedPastLastStop(1);
     } else if (isConfirm(key)) {
         m_navigator.select();
     } else if (key == Qt::Key_Escape) {

@@ -64,6 +64,8 @@ protected slots:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    /// The knob was turned, but there is no further stop. @param direction 1 down, -1 up.
+    virtual void turnedPastLastStop(int direction);
 
     CollectionNavigator &navigator() { return m_navigator; }
     /// For the screen's own widgets.

@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -28,6 +29,40 @@ ScreenData::ScreenData(QWidget *parent)
     stackContents(Contents::Fill);
 }
 
+ScreenData::Row::Row(const char *name, Screen *page)
+    : caption(name)
+    , child(page)
+{
+}
+
+ScreenData::Row::Row(const char *name, Dt3Property *shown, Screen *editor, PropertyDisplayLabel *shownBy)
+    : caption(name)
+    , child(editor)
+    , property(shown)
+    , label(shownBy)
+{
+}
+
+ScreenData::Row::Row(const char *name, Dt3Property *shown, Screen *editor, const QMap<QString, QString> &editorOptions,
+    PropertyDisplayLabel *shownBy)
+    : caption(name)
+    , child(editor)
+    , property(shown)
+    , label(shownBy)
+    , options(editorOptions)
+{
+}
+
+void ScreenData::addRows(std::initializer_list<Row> rows)
+{
+    for (const Row &row : rows) {
+        const QString caption = QString::fromUtf8(row.caption);
+        DataLine *line
+            = row.property ? addPropertyLine(caption, row.property, row.child, row.label) : addLine(caption, row.child);
+        line->setOptions(row.options);
+    }
+}
+
 DataLine *ScreenData::addLine(const QString &caption, Screen *child)
 {
     return insertLine(new DataLine(this), caption, child, 1); // owned by the page
@@ -38,12 +73,15 @@ DataLine *ScreenData::addPropertyLine(
 {
     DataLine *line = addLine(caption, child);
     line->setProperty(property);
-    if (!label)
-        label = new PropertyDisplayLabel(this); // the row's
+    addValue(line, property, label ? label : new PropertyDisplayLabel(this)); // the row's
+    return line;
+}
+
+void ScreenData::addValue(DataLine *line, Dt3Property *property, PropertyDisplayLabel *label)
+{
     label->setProperty(property);
     line->addValueWidget(label);
     rebuildValueIndex();
-    return line;
 }
 
 DataLine *ScreenData::addHeaderLine(const QString &caption)
@@ -86,6 +124,12 @@ void ScreenData::removeLine(const QString &caption)
         dropLine(found - m_lines.begin());
 }
 
+void ScreenData::removeLine(DataLine *line)
+{
+    if (const qsizetype index = m_lines.indexOf(line); index >= 0)
+        dropLine(index);
+}
+
 void ScreenData::clearLines()
 {
     while (!m_lines.isEmpty())
@@ -125,7 +169,21 @@ void ScreenData::clicked(DataLine *line)
     child->showMe();
 }
 
-void ScreenData::openedFrom(const DataLine &row) { setPort(row.port()); }
+void ScreenData::openedFrom(const DataLine &row)
+{
+    m_scroll.scrollToTop(); // where the highlight alone would not bring it
+    setPort(row.port());
+}
+
+void ScreenData::setLineShown(DataLine *line, bool shown)
+{
+    if (shown)
+        showLine(line);
+    else
+        hideLine(line);
+}
+
+void ScreenData::turnedPastLastStop(int direction) { m_scroll.scrollByRow(direction); }
 
 QList<const Dt3Property *> ScreenData::allProperties() const
 {
@@ -183,6 +241,8 @@ void ScreenData::setActive(bool active)
 
 void ScreenData::setPort(const QString &port)
 {
+    if (std::exchange(m_port, port) != port)
+        forgetValues();
     for (DataLine *line : std::as_const(m_lines)) {
         if (!line->pinned())
             line->setPort(port, false);
@@ -192,6 +252,16 @@ void ScreenData::setPort(const QString &port)
         }
     }
     rebuildValueIndex();
+}
+
+void ScreenData::forgetValues()
+{
+    for (const DataLine *line : std::as_const(m_lines)) {
+        for (PropertyDisplayLabel *label : line->values()) {
+            if (label->property())
+                label->forgetValue();
+        }
+    }
 }
 
 void ScreenData::rebuildValueIndex()
@@ -219,10 +289,13 @@ void ScreenData::updateValue(const QString &property, const QString &value)
     const auto [first, last] = m_valueIndex.equal_range(property);
     for (auto entry = first; entry != last; ++entry) {
         PropertyDisplayLabel *label = entry->second;
-        if (!label->isVisible() || label->property()->path() != property)
+        if (label->property()->path() != property)
             continue;
-        shown = label->property()->caption(shown); // the next label maps what this one shows
-        label->setText(shown);
+        const bool seen = label->isVisible();
+        const QString text = label->property()->caption(seen ? shown : value);
+        label->showValue(text);
+        if (seen)
+            shown = text; // the next label maps what this one shows
     }
 }
 

@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr int sideBearings = 3; // pixels, of two digits in the fonts of the menu
+
 QString elidedLines(const QString &text, const QFontMetrics &metrics, int width)
 {
     QStringList lines = text.split('\n');
@@ -58,7 +60,9 @@ void StyledLabel::paintEvent(QPaintEvent *event)
     m_look->paintBox(painter, rect(), event->region());
     painter.setPen(m_look->color);
     const QRect place = contentsRect();
-    const bool fits = wordWrap() || sizeHint().width() <= width();
+    // A centred text may stick out by what its first and last letter leave free.
+    const int slack = alignment() & Qt::AlignHCenter ? sideBearings : 0;
+    const bool fits = wordWrap() || sizeHint().width() <= width() + slack;
     painter.drawText(place, static_cast<int>(alignment()) | Qt::TextExpandTabs | (wordWrap() ? Qt::TextWordWrap : 0),
         fits ? text() : elidedLines(text(), fontMetrics(), place.width()));
 }

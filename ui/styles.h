@@ -47,6 +47,23 @@ inline const QString wheelArrow
     = QStringLiteral("*{ font-family: FontAwesome; font-size: 15px}*[state=\"normal\"]{   color: #000000}"
                      "*[state=\"hovered\"]{  color: #000000}*[state=\"selected\"]{ color: #2d96e9}");
 
+/// In the row of an EDID page: smaller than the wheels that fill a page.
+inline const QString edidWheel = QStringLiteral(
+    "*{ font-family: RobotoLight; font-size: 17px; color: #FFFFFF}*{ background-color: #2c2c2c}"
+    "*[state=\"normal\"]{   border: 1px solid #000000}*[state=\"hovered\"]{  border: 1px solid #2d96e9}"
+    "*[state=\"selected\"]{ border: 1px solid #2d96e9}");
+inline const QString edidArrows
+    = QStringLiteral("*{ font-family: FontAwesome; font-size: 17px}*[state=\"normal\"]{   color: #000000}"
+                     "*[state=\"hovered\"]{  color: #000000}*[state=\"selected\"]{ color: #2d96e9}");
+
+/// What a port has, and, in grey, what it has not.
+inline const QString portIcon = QStringLiteral("*{ font-family: FontAwesome; font-size: 15px; color: #FFFFFF}"
+                                               "*[active=\"true\"]{  color: #FFFFFF}*[active=\"false\"]{ color: grey}");
+
+inline const QString presetBadge = QStringLiteral("*{ font-family: RobotoLight; font-size: 17px; color: #FFFFFF;"
+                                                  "border:2px solid grey; border-radius: 5px;}");
+inline const QString noPresetBadge = QStringLiteral("*{ font-family: RobotoLight; font-size: 17px; color: #FFFFFF;}");
+
 inline const QString sliderTrack = QStringLiteral("*{ background-color: #464646}");
 
 } // namespace Style
@@ -61,7 +78,17 @@ inline const QString chevronUp = QStringLiteral("\uF077");
 inline const QString circle = QStringLiteral("\uF111");
 inline const QString circleOutline = QStringLiteral("\uF10C");
 inline const QString doubleAngleLeft = QStringLiteral("\uF100");
+inline const QString eyeSlash = QStringLiteral("\uF070");
+inline const QString key = QStringLiteral("\uF084");
+inline const QString lock = QStringLiteral("\uF023");
+inline const QString music = QStringLiteral("\uF001");
+inline const QString mutedSpeaker = QStringLiteral("\U0001F507");
+inline const QString plug = QStringLiteral("\uF1E6");
+inline const QString signalBars = QStringLiteral("\uF012");
+inline const QString sortArrows = QStringLiteral("\uF0DC");
 inline const QString sun = QStringLiteral("\uF185");
+inline const QString volumeDown = QStringLiteral("\uF027");
+inline const QString volumeUp = QStringLiteral("\uF028");
 inline const QString warningTriangle = QStringLiteral("\uF071");
 
 } // namespace Glyph

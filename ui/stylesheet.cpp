@@ -21,6 +21,15 @@ void Look::paintBox(QPainter &painter, const QRect &rect, const QRegion &dirty) 
     }
     if (borderWidth == 0)
         return;
+    if (borderRadius > 0) {
+        const qreal half = borderWidth / 2.0;
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(borderColor, borderWidth));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(
+            QRectF(rect).adjusted(half, half, -half, -half), borderRadius - half, borderRadius - half);
+        return;
+    }
     const QRect inside = rect.adjusted(borderWidth, borderWidth, -borderWidth, -borderWidth);
     for (const QRect &edge : QRegion(rect) - inside)
         painter.fillRect(edge, borderColor);
@@ -77,6 +86,8 @@ void StyleSheet::declare(Rule &rule, QStringView name, QStringView value)
         const QList<QStringView> words = value.split(u' ');
         rule.borderWidth = pixels(words.first());
         rule.borderColor = QColor(words.last());
+    } else if (name == u"border-radius") {
+        rule.borderRadius = pixels(value);
     } else if (name == u"qproperty-alignment") {
         const QMetaEnum alignments = QMetaEnum::fromType<Qt::Alignment>();
         m_alignment = Qt::Alignment(alignments.keyToValue(value.toLatin1().constData()));
@@ -95,6 +106,7 @@ Look StyleSheet::look(const QObject &widget) const
         look.background = rule.background.value_or(look.background);
         look.borderWidth = rule.borderWidth.value_or(look.borderWidth);
         look.borderColor = rule.borderColor.value_or(look.borderColor);
+        look.borderRadius = rule.borderRadius.value_or(look.borderRadius);
     }
     return look;
 }

@@ -17,6 +17,7 @@ struct Look
     QColor background = Qt::black; ///< The LCD's own: the application's style sheet asks for it everywhere.
     int borderWidth = 0;           ///< In pixels.
     QColor borderColor = Qt::black;
+    int borderRadius = 0;
 
     bool operator==(const Look &) const = default;
 
@@ -52,7 +53,7 @@ private:
     {
         QList<Condition> conditions;
         std::optional<QColor> color, background, borderColor;
-        std::optional<int> borderWidth;
+        std::optional<int> borderWidth, borderRadius;
     };
 
     explicit StyleSheet(const QString &text);

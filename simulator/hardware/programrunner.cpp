@@ -1,5 +1,6 @@
 #include "simulator/hardware/programrunner.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <csignal>
@@ -58,6 +59,15 @@ bool ProgramRunner::stop()
 bool ProgramRunner::isRunning() const { return m_process.state() != QProcess::NotRunning; }
 
 qint64 ProgramRunner::processId() const { return m_process.processId(); }
+
+bool ProgramRunner::isIdle() const
+{
+    QFile status(QStringLiteral("/proc/%1/stat").arg(processId()));
+    if (!status.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray fields = status.readAll(); // "PID (NAME) S ...", where the name may hold anything
+    return fields.sliced(fields.lastIndexOf(')') + 1).startsWith(" S");
+}
 
 void ProgramRunner::relay(QByteArray *rest, const QByteArray &bytes)
 {

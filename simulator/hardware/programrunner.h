@@ -31,6 +31,8 @@ public:
     bool isRunning() const;
     /// 0 when it does not run. That of the wrapper, if there is one.
     qint64 processId() const;
+    /// Whether it runs and waits for something, instead of computing.
+    bool isIdle() const;
 
 signals:
     /// One line of the program's standard output or standard error.

@@ -137,12 +137,17 @@ void MenuTest::knobAlwaysLeadsBack()
     }
     QVERIFY(core.isLinkUp() || core.restoreLink());
     core.setProperty("/SYS/CECU/LCD.ControlLock", "false");
-    for (int level = 0; level < 12 && front.picture() != menu; ++level) {
+    for (int level = 0; level < 12; ++level) {
+        front.picture();
+        turn(front, -30);
+        if (front.picture() == menu)
+            return;
         turn(front, 30); // to Back, where no slider or wheel is in hand
         front.picture();
         push(front); // leaves it, puts down what is in hand, or wakes the device
     }
-    QCOMPARE(front.picture(), menu);
+    front.picture().save(QStringLiteral("menutest-%1.png").arg(QTest::currentDataTag()));
+    QFAIL("the menu is not to be reached; what is on the LCD is saved beside the test");
 }
 
 QTEST_GUILESS_MAIN(MenuTest)

@@ -108,7 +108,7 @@ template <typename Editor> Editor &EditorsTest::open(Dt3Property *property, cons
 QStringList EditorsTest::sent(qsizetype count)
 {
     const bool arrived = QTest::qWaitFor([&] { return m_wire.lines().size() >= count; });
-    const QStringList requests = arrived ? m_wire.requests() : m_wire.requests() + QStringList{"and no more"};
+    QStringList requests = arrived ? m_wire.requests() : m_wire.requests() + QStringList{"and no more"};
     m_wire.takeLines();
     return requests;
 }

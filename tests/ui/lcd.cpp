@@ -4,7 +4,7 @@
 #include <QFontDatabase>
 #include <QTest>
 
-Lcd::Lcd()
+void prepareLcdLooks()
 {
     static const bool prepared = [] {
         qApp->setStyleSheet(QStringLiteral("*{ background-color: black}")); // as the program does
@@ -12,9 +12,15 @@ Lcd::Lcd()
         for (const char *font :
             {"Roboto-Bold-Ostra", "Roboto-Medium-Ostra", "Roboto-Light-Ostra", "fontawesome-webfont"})
             QFontDatabase::addApplicationFont(QStringLiteral(FONT_FOLDER "/%1.ttf").arg(QLatin1StringView(font)));
+        QFont::insertSubstitution(QStringLiteral("FontAwesome"), QStringLiteral("RobotoLight"));
         return true;
     }();
     Q_UNUSED(prepared)
+}
+
+Lcd::Lcd()
+{
+    prepareLcdLooks();
     resize(320, 240);
     show();
     if (!QTest::qWaitForWindowActive(this))

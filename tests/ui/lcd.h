@@ -2,6 +2,9 @@
 
 #include "ui/mywidget.h"
 
+/// Fonts and looks of the program, for this process.
+void prepareLcdLooks();
+
 /// The LCD of one test, in the fonts of the program, and the keys of its knob.
 class Lcd : public MyWidget
 {

@@ -2,12 +2,12 @@
 
 #include "ui/screendata.h"
 
-struct Editors;
+struct SharedScreens;
 
 /// The top of the menu.
 class ScreenRoot : public ScreenData
 {
     Q_OBJECT
 public:
-    ScreenRoot(QWidget *parent, const Editors &editors);
+    ScreenRoot(QWidget *parent, const SharedScreens &shared);
 };

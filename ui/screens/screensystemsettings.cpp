@@ -1,65 +1,89 @@
 #include "ui/screens/screensystemsettings.h"
 
+#include "hardware/framedescriptor.h"
+#include "managers/variantmanager.h"
 #include "protocol/catalogue.h"
-#include "ui/editors.h"
 #include "ui/propertydisplaylabel.h"
-#include "ui/screenchoose.h"
-#include "ui/screenenterstandby.h"
-#include "ui/screenresettofactorydefaults.h"
-#include "ui/screensetdatetime.h"
-#include "ui/screensetip.h"
-#include "ui/screenslider.h"
-#include "ui/screenwheel.h"
+#include "ui/screens/screendeviceinfo.h"
+#include "ui/screens/screennetwork.h"
+#include "ui/screens/sharedscreens.h"
 #include "ui/styles.h"
 
 // The pages are owned by the parent, the labels by the rows that they are given to.
-// clang-format off
 
-ScreenSystemSettings::ScreenSystemSettings(QWidget *parent, const Editors &editors) : ScreenData(parent)
+namespace {
+
+constexpr int powerRedundancyRow = 5;
+
+QMap<QString, QString> brightnessOptions()
 {
-    addLine(QStringLiteral("Network"), new ScreenNetwork(parent, editors));
-    addLine(QStringLiteral("RS-232"), new ScreenRs232(parent, editors));
-    addLine(QStringLiteral("Time and Date"), new ScreenTimeAndDate(parent, editors));
-    DataLine *brightness = addPropertyLine(QStringLiteral("Display Brightness"), &propLcdBrightness, editors.slider);
-    brightness->setOption(QStringLiteral("SmallIcon"), Glyph::sun);
-    brightness->setOption(QStringLiteral("BigIcon"), Glyph::sun);
-    brightness->setOption(QStringLiteral("MinValue"), QStringLiteral("0"));
-    brightness->setOption(QStringLiteral("MaxValue"), QStringLiteral("10"));
-    brightness->setOption(QStringLiteral("StepSize"), QStringLiteral("1"));
-    addPropertyLine(QStringLiteral("Buzzer"), &propBuzzerEnabled, editors.choose);
-    addLine(QStringLiteral("Enter Standby Mode"), editors.enterStandby);
-    addLine(QStringLiteral("Restore Factory Defaults"), editors.resetToFactoryDefaults);
+    return {
+        {"SmallIcon", Glyph::sun},
+        {"BigIcon", Glyph::sun},
+        {"MinValue", "0"},
+        {"MaxValue", "10"},
+        {"StepSize", "1"},
+    };
+}
+
+} // namespace
+
+ScreenSystemSettings::ScreenSystemSettings(QWidget *parent, const SharedScreens &shared)
+    : ScreenData(parent)
+{
+    addRows({
+        {"Network", new ScreenNetwork(parent, shared)},
+        {"RS-232", new ScreenRs232(parent, shared)},
+        {"Time and Date", new ScreenTimeAndDate(parent, shared)},
+        {"Display Brightness", &propLcdBrightness, shared.slider, brightnessOptions()},
+        {"Buzzer", &propBuzzerEnabled, shared.choose},
+        {"Power redundancy", new ScreenPowerSupplyState(parent)},
+        {"Device Info", new ScreenDeviceInfo(parent)},
+        {"Enter Standby Mode", shared.enterStandby},
+        {"Restore Factory Defaults", shared.resetToFactoryDefaults},
+    });
+    showBackButton();
+    connect(
+        VariantManager::instance(), &VariantManager::variantIdentified, this, &ScreenSystemSettings::variantIdentified);
+}
+
+void ScreenSystemSettings::variantIdentified()
+{
+    if (!VariantManager::instance()->frameDescriptor()->flag)
+        hideLine(lines()[powerRedundancyRow]);
+}
+
+ScreenRs232::ScreenRs232(QWidget *parent, const SharedScreens &shared)
+    : ScreenData(parent)
+{
+    addRows({
+        {"Control", &propSerialEnabled, shared.choose},
+        {"Baud Rate", &propSerialBaudrate, shared.choose},
+        {"Protocol", &propSerialProtocol, shared.choose},
+    });
     showBackButton();
 }
 
-ScreenNetwork::ScreenNetwork(QWidget *parent, const Editors &editors) : ScreenData(parent)
+ScreenTimeAndDate::ScreenTimeAndDate(QWidget *parent, const SharedScreens &shared)
+    : ScreenData(parent)
 {
-    addPropertyLine(QStringLiteral("IP"), &propNetworkIpAddress);
-    addPropertyLine(QStringLiteral("Subnet"), &propNetworkNetworkMask);
-    addPropertyLine(QStringLiteral("Gateway"), &propNetworkGatewayAddress);
-    addPropertyLine(QStringLiteral("DHCP"), &propNetworkDhcpEnabled, editors.choose);
-    addPropertyLine(QStringLiteral("Security"), &propSecuritySecureMode, editors.choose);
-    addPropertyLine(QStringLiteral("Static IP"), &propNetworkStaticIpAddress, editors.setIp);
-    addPropertyLine(QStringLiteral("Static Subnet"), &propNetworkStaticNetworkMask, editors.setIp);
-    addPropertyLine(QStringLiteral("Static Gateway"), &propNetworkStaticGatewayAddress, editors.setIp);
-    addPropertyLine(QStringLiteral("Link Status"), &propNetworkLinkStatus);
-    addPropertyLine(QStringLiteral("MAC"), &propNetworkMacAddress);
+    addRows({
+        {"Time", &propDatetimeCurrentTime, shared.setTime, new PropertyDisplayLabelTimeAndDate(this, true)},
+        {"Date", &propDatetimeCurrentTime, shared.setDate, new PropertyDisplayLabelTimeAndDate(this, false)},
+    });
     showBackButton();
 }
 
-ScreenRs232::ScreenRs232(QWidget *parent, const Editors &editors) : ScreenData(parent)
+ScreenPowerSupplyState::ScreenPowerSupplyState(QWidget *parent)
+    : ScreenData(parent)
 {
-    addPropertyLine(QStringLiteral("Control"), &propSerialEnabled, editors.choose);
-    addPropertyLine(QStringLiteral("Baud Rate"), &propSerialBaudrate, editors.wheel);
-    addPropertyLine(QStringLiteral("Protocol"), &propSerialProtocol, editors.choose);
-    showBackButton();
-}
-
-ScreenTimeAndDate::ScreenTimeAndDate(QWidget *parent, const Editors &editors) : ScreenData(parent)
-{
-    addPropertyLine(QStringLiteral("Time"), &propDatetimeCurrentTime, editors.setTime,
-        new PropertyDisplayLabelTimeAndDate(this, true));
-    addPropertyLine(QStringLiteral("Date"), &propDatetimeCurrentTime, editors.setDate,
-        new PropertyDisplayLabelTimeAndDate(this, false));
+    addRows({
+        {"PSU1", &propPowerPsu1, nullptr, new PropertyDisplayLabelPowerSupplyState(this)},
+        {"PSU2", &propPowerPsu2, nullptr, new PropertyDisplayLabelPowerSupplyState(this)},
+    });
+    for (DataLine *line : lines()) {
+        line->values().first()->setAlignment(Qt::AlignCenter);
+        showDisplayOnly(line);
+    }
     showBackButton();
 }

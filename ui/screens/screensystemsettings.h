@@ -2,22 +2,18 @@
 
 #include "ui/screendata.h"
 
-struct Editors;
+struct SharedScreens;
 
 /// What the device itself is set to.
 class ScreenSystemSettings : public ScreenData
 {
     Q_OBJECT
 public:
-    ScreenSystemSettings(QWidget *parent, const Editors &editors);
-};
+    ScreenSystemSettings(QWidget *parent, const SharedScreens &shared);
 
-/// The network as it is, and its static addresses.
-class ScreenNetwork : public ScreenData
-{
-    Q_OBJECT
-public:
-    ScreenNetwork(QWidget *parent, const Editors &editors);
+private slots:
+    /// A frame with one power supply has no redundancy to look at.
+    void variantIdentified();
 };
 
 /// The serial port.
@@ -25,7 +21,7 @@ class ScreenRs232 : public ScreenData
 {
     Q_OBJECT
 public:
-    ScreenRs232(QWidget *parent, const Editors &editors);
+    ScreenRs232(QWidget *parent, const SharedScreens &shared);
 };
 
 /// The device's clock.
@@ -33,5 +29,13 @@ class ScreenTimeAndDate : public ScreenData
 {
     Q_OBJECT
 public:
-    ScreenTimeAndDate(QWidget *parent, const Editors &editors);
+    ScreenTimeAndDate(QWidget *parent, const SharedScreens &shared);
+};
+
+/// Which of the two power supplies run.
+class ScreenPowerSupplyState : public ScreenData
+{
+    Q_OBJECT
+public:
+    explicit ScreenPowerSupplyState(QWidget *parent);
 };

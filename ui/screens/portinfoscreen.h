@@ -1,0 +1,51 @@
+#pragma once
+
+#include "ui/screendata.h"
+
+/// A page of one port whose rows depend on what kind of port that is. Opened for another port, it has none of the rows
+/// that depend on it until it has been told.
+class PortInfoScreen : public ScreenData
+{
+    Q_OBJECT
+public:
+    using ScreenData::ScreenData;
+
+    /// An empty text leaves what was known. @param portType names what the port has, as in "HDMI_AUDIO".
+    /// @param portVersion of its hardware, as in "V20".
+    void setPortInfo(const QString &portType, const QString &portVersion);
+
+protected:
+    /// What makes a page show a row; several may hold.
+    enum Kind : unsigned {
+        Always = 0,
+        Never = 1U << 0,
+        HdmiV1 = 1U << 1, ///< HDMI up to 1.4.
+        HdmiV2 = 1U << 2,
+        DisplayPort = 1U << 3,
+        AnalogAudio = 1U << 4,
+        NoAnalogAudio = 1U << 5,
+        HdmiAndAnalogAudio = 1U << 6,
+        DisplayPortAndAnalogAudio = 1U << 7,
+    };
+
+    /// Adds the rows, then takes note of when to show each. Rows that were added otherwise are shown always.
+    struct PortRow
+    {
+        Row row;
+        unsigned kinds; ///< Shown where one of them holds.
+    };
+    void addPortRows(std::initializer_list<PortRow> rows);
+
+    void forgetValues() override;
+
+private:
+    unsigned kindsOfPort();
+    void showRows();
+
+    QString m_portType, m_portVersion;
+    unsigned m_audioMode = 0; ///< Stays where a port ceases to have analog audio.
+    QList<unsigned> m_rowKinds;
+};
+
+/// "Port 12 Status" for "/I12".
+QString portTitle(const QString &port, const QString &subject);
