@@ -2,6 +2,7 @@
 // pictures beside a bare Qt Widgets program, all on Qt's linuxfb platform in the test bed.
 
 #include "benchmarks/lcdbenchmark-common.h"
+#include "simulator/coreservice/coreservice.h"
 #include "simulator/hardware/programrunner.h"
 #include "simulator/hardware/testbed.h"
 
@@ -10,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <chrono>
 #include <cstdio>
 #include <optional>
 
@@ -32,6 +34,9 @@ The start-up, from the start of the process, in wall and CPU time (medians of 10
 is not black, for front-panel the picture before there are pages; and up to the first such pixel in the band of
 the titles (y < 40), which is the main menu's or boot notice's: all pages are built then, and the first 60 to 80 ms
 of the slide are over. It stands beside a Qt Widgets program with one label.
+
+Idle: front-panel on its main menu, its two games not on the LCD, beside that program with two timers of 20 ms, over
+the same 20 s; and what it did to the LCD and asked the device for meanwhile.
 
 Nothing is asserted. Other load on the machine disturbs it, the wall times most.)";
 
@@ -111,6 +116,51 @@ void measureStartUps()
     print("... first pixel of a page, all are built", pages, bare, "2 times");
 }
 
+void waitFor(std::chrono::milliseconds time)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!timer.hasExpired(time.count())) {
+        QCoreApplication::processEvents();
+        QThread::msleep(5);
+    }
+}
+
+clockid_t clockOf(const ProgramRunner &runner)
+{
+    clockid_t clock{};
+    if (clock_getcpuclockid(pid_t(runner.processId()), &clock) != 0)
+        qFatal("the program does not run");
+    return clock;
+}
+
+void measureIdle()
+{
+    constexpr std::chrono::seconds settling(5), measured(20);
+    const FrameDescriptor &frame = frameDescriptors().front();
+    CoreService core(frame);
+    if (!core.listen(6107))
+        qFatal("port 6107: %s; tests/support/own-network gives a network of its own", qPrintable(core.errorString()));
+    int requests = 0;
+    QObject::connect(&core, &CoreService::requestReceived, &core, [&requests] { ++requests; });
+    TestBed panelBed(frame), bareBed(frame);
+    ProgramRunner panel, bare;
+    panel.start(QStringLiteral(FRONT_PANEL), panelBed.programEnvironment());
+    bare.start(QStringLiteral(LCD_LABEL), bareBed.programEnvironment(), {}, {QStringLiteral("timers")});
+    waitFor(settling);
+    const QImage before = panelBed.lcd();
+    requests = 0;
+    const double panelStart = cpuTime(clockOf(panel)), bareStart = cpuTime(clockOf(bare));
+    waitFor(measured);
+    const double seconds = double(measured.count());
+    const double panelCpu = (cpuTime(clockOf(panel)) - panelStart) / seconds;
+    const double bareCpu = (cpuTime(clockOf(bare)) - bareStart) / seconds;
+    std::printf("\n%-44s %9s %9s\n", "", "CPU us/s", "times");
+    std::printf("%-44s %9.0f %9.2f\n", "idle: a bare program with two timers of 20 ms", bareCpu, 1.0);
+    std::printf("%-44s %9.0f %9.2f   1.1 times; LCD %s, %d requests\n", "idle: front-panel on the main menu", panelCpu,
+        panelCpu / bareCpu, panelBed.lcd() == before ? "unchanged" : "CHANGED", requests);
+}
+
 /// Prints what the program prints. @return its exit code.
 int measureMenu()
 {
@@ -145,4 +195,5 @@ int main(int argc, char **argv)
         return failed;
     std::fflush(stdout);
     measureStartUps();
+    measureIdle();
 }

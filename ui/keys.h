@@ -31,5 +31,11 @@ constexpr bool isPreviousKey(int key)
     return key == Qt::Key_Up || key == Qt::Key_PageUp || key == Qt::Key_A || key == Qt::Key_Q;
 }
 
+/// One of those that a fast turn posts, and the pages of a keyboard.
+constexpr bool isFastKey(int key)
+{
+    return key == Qt::Key_E || key == Qt::Key_Q || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+}
+
 /// The push of the knob, and the Enter of a keyboard.
 constexpr bool isConfirm(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }

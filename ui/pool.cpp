@@ -1,5 +1,7 @@
 #include "ui/pool.h"
 
+#include "games/game.h"
+#include "games/game2.h"
 #include "managers/presetmanager.h"
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
@@ -146,6 +148,8 @@ void Pool::makeSharedScreens()
         .enterStandby = m_enterStandby,
         .loadPreset = m_loadPreset,
         .savePreset = m_savePreset,
+        .game = new Game(this),
+        .game2 = new Game2(this),
     };
 }
 

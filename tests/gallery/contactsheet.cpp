@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int columns = 8;
@@ -21,8 +23,13 @@ ContactSheet::ContactSheet(const QString &folder)
 
 void ContactSheet::add(const QString &fileName, const QStringList &place, const QImage &picture)
 {
-    save(picture, fileName);
-    m_pictures.append({fileName, place, picture});
+    const auto count = std::count_if(
+        m_pictures.begin(), m_pictures.end(), [&fileName](const Picture &other) { return other.wanted == fileName; });
+    QString name = fileName;
+    if (count > 0)
+        name.insert(name.lastIndexOf('.'), QStringLiteral("-%1").arg(count + 1));
+    save(picture, name);
+    m_pictures.append({fileName, name, place, picture});
 }
 
 QStringList ContactSheet::finish(const QString &subject)
@@ -34,7 +41,8 @@ QStringList ContactSheet::finish(const QString &subject)
 
 void ContactSheet::save(const QImage &image, const QString &fileName)
 {
-    if (!image.convertToFormat(QImage::Format_RGB32).save(m_folder.filePath(fileName)))
+    constexpr int smallest = 0; // of the files
+    if (!image.convertToFormat(QImage::Format_RGB32).save(m_folder.filePath(fileName), "PNG", smallest))
         m_faults.append(QStringLiteral("%1 cannot be saved").arg(fileName));
 }
 

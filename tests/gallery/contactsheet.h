@@ -12,6 +12,7 @@ public:
     explicit ContactSheet(const QString &folder);
 
     /// @param place the captions that lead to the page.
+    /// @param fileName a second one of this name gets a number.
     void add(const QString &fileName, const QStringList &place, const QImage &picture);
     /// Writes contact-sheet.png and ../gallery.md. @param subject what was walked. @return what went wrong, in words.
     QStringList finish(const QString &subject);
@@ -19,7 +20,7 @@ public:
 private:
     struct Picture
     {
-        QString fileName;
+        QString wanted, fileName;
         QStringList place;
         QImage image;
     };

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -66,6 +67,21 @@ private:
     QStringList m_seen;
 };
 
+/// For a picture in the middle of it: the knob is turned to and fro, while the games' own time passes.
+void playGame()
+{
+    constexpr int turns = 24, apart = 300; // ms
+    for (int turn = 0; turn < turns; ++turn) {
+        QTest::keyClick(QApplication::focusWidget(), turn % 8 < 4 ? Qt::Key_A : Qt::Key_D);
+        if (turn % 3 == 0)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+        QElapsedTimer timer;
+        timer.start();
+        if (!QTest::qWaitFor([&timer] { return timer.hasExpired(apart); }))
+            return;
+    }
+}
+
 /// "input-ports.port-1.hdmi-status" for the captions that lead there.
 QString fileName(const QStringList &place, bool continued)
 {
@@ -73,7 +89,7 @@ QString fileName(const QStringList &place, bool continued)
     for (const QString &caption : place) {
         QString word = caption.toLower();
         word.replace(QRegularExpression(QStringLiteral("[^a-z0-9]+")), QStringLiteral("-"));
-        words.append(word.isEmpty() ? QStringLiteral("blank") : word);
+        words.append(word.isEmpty() ? QStringLiteral("game") : word); // behind a blank row
     }
     return (words.isEmpty() ? QStringLiteral("main-menu") : words.join('.'))
         + (continued ? QStringLiteral("-continued.png") : QStringLiteral(".png"));
@@ -128,6 +144,8 @@ int main(int argc, char **argv)
 
     ContactSheet sheet(parser.value(outputOption));
     const auto visit = [&](const QStringList &place, bool continued) {
+        if (!place.isEmpty() && place.last().isEmpty() && parser.isSet(outputOption))
+            playGame();
         if (parser.isSet(outputOption))
             sheet.add(fileName(place, continued), place, pool->grab().toImage());
     };

@@ -5,6 +5,7 @@
 #include "protocol/catalogue.h"
 #include "ui/navigationmanager.h"
 #include "ui/propertydisplaylabel.h"
+#include "ui/screens/sharedscreens.h"
 
 // The pages are owned by the parent, the labels by the rows that they are given to.
 
@@ -14,13 +15,15 @@ enum Direction { Output, Input }; // as the variant manager counts them
 
 } // namespace
 
-ScreenDeviceInfo::ScreenDeviceInfo(QWidget *parent)
+ScreenDeviceInfo::ScreenDeviceInfo(QWidget *parent, const SharedScreens &shared)
     : ScreenData(parent)
 {
     addRows({
         {"Frame Serial Number", &propSerialNumber},
         {"Hardware Versions", new ScreenHardwareInfo(parent)},
         {"Firmware Versions", new ScreenFirmwareInfo(parent)},
+        {"", shared.game},
+        {"", shared.game2},
     });
     showBackButton();
 }

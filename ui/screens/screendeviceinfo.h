@@ -2,12 +2,14 @@
 
 #include "ui/screendata.h"
 
+struct SharedScreens;
+
 /// What this device is.
 class ScreenDeviceInfo : public ScreenData
 {
     Q_OBJECT
 public:
-    explicit ScreenDeviceInfo(QWidget *parent);
+    ScreenDeviceInfo(QWidget *parent, const SharedScreens &shared);
 };
 
 /// The hardware versions of the motherboard, the control unit, its panel, and every input and output board. Has its

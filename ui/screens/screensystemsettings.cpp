@@ -38,7 +38,7 @@ ScreenSystemSettings::ScreenSystemSettings(QWidget *parent, const SharedScreens 
         {"Display Brightness", &propLcdBrightness, shared.slider, brightnessOptions()},
         {"Buzzer", &propBuzzerEnabled, shared.choose},
         {"Power redundancy", new ScreenPowerSupplyState(parent)},
-        {"Device Info", new ScreenDeviceInfo(parent)},
+        {"Device Info", new ScreenDeviceInfo(parent, shared)},
         {"Enter Standby Mode", shared.enterStandby},
         {"Restore Factory Defaults", shared.resetToFactoryDefaults},
     });

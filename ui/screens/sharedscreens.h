@@ -10,4 +10,5 @@ struct SharedScreens
     Screen *edidViewer, *edidSwitcher, *edidSaver;
     Screen *resetToFactoryDefaults, *enterStandby;
     Screen *loadPreset, *savePreset;
+    Screen *game, *game2;
 };
