@@ -81,7 +81,7 @@ void MenuWalk::complain(const QStringList &place, const QString &what)
 void MenuWalk::page(const QStringList &place)
 {
     Screen *screen = topScreen();
-    if (!settles(screen))
+    if (!screen || !settles(screen))
         complain(place, QStringLiteral("a value does not come"));
     m_visit(place, false);
     if (qobject_cast<ScreenData *>(screen))
