@@ -137,7 +137,7 @@ void MenuTest::knobAlwaysLeadsBack()
     }
     QVERIFY(core.isLinkUp() || core.restoreLink());
     core.setProperty("/SYS/CECU/LCD.ControlLock", "false");
-    for (int level = 0; level < 12; ++level) {
+    for (int level = 0; level < 24; ++level) {
         front.picture();
         turn(front, -30);
         if (front.picture() == menu)
