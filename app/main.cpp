@@ -16,11 +16,11 @@
 #include "managers/variantmanager.h"
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
+#include "ui/fonts.h"
 #include "ui/navigationmanager.h"
 #include "ui/pool.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 
 #include <chrono>
 #include <thread>
@@ -44,18 +44,6 @@ int identifyFrame(FrameIdentification &identification)
     }
     qWarning("Failed to init front layout.");
     return 0;
-}
-
-void loadFonts()
-{
-    // Qt looks for the system's fonts at the first question. Asked later, a system font of the same family
-    // would replace ours.
-    QFontDatabase::families();
-    for (const char *file : {"Roboto-Bold-Ostra.ttf", "Roboto-Medium-Ostra.ttf", "Roboto-Regular-Ostra.ttf",
-             "Roboto-Light-Ostra.ttf", "fontawesome-webfont.ttf"})
-        QFontDatabase::addApplicationFont(QStringLiteral("qt-base/font/") + QLatin1StringView(file));
-    // The numbers beside an icon ask for its font, which has no digits.
-    QFont::insertSubstitution(QStringLiteral("FontAwesome"), QStringLiteral("RobotoLight"));
 }
 
 } // namespace
@@ -83,7 +71,7 @@ int main(int argc, char **argv)
     application.installEventFilter(&filter);
 
     application.setStyleSheet(QStringLiteral("*{ background-color: black}"));
-    loadFonts();
+    loadFonts(QStringLiteral("qt-base/font"));
 
     NavigationManager *navigation = NavigationManager::instance();
     Dt3Manager *dt3 = Dt3Manager::instance();

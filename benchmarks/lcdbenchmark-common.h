@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QFontDatabase>
-#include <QStringList>
-
 #include <algorithm>
 #include <ctime>
 #include <vector>
@@ -23,13 +20,4 @@ inline double median(std::vector<double> values)
     const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
-}
-
-/// The fonts of the front-panel program, in its way.
-inline void loadFonts()
-{
-    QFontDatabase::families();
-    for (const char *font : {"Roboto-Bold-Ostra", "Roboto-Medium-Ostra", "Roboto-Regular-Ostra", "Roboto-Light-Ostra",
-             "fontawesome-webfont"})
-        QFontDatabase::addApplicationFont(QStringLiteral(FONT_FOLDER "/%1.ttf").arg(QLatin1StringView(font)));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "benchmarks/lcdbenchmark-common.h"
+#include "ui/screen.h"
 
 #include <QApplication>
 #include <QFile>
@@ -12,7 +13,7 @@
 
 // One frame of the LCD: what it costs, what it repaints, and whether it is to be seen.
 
-inline constexpr QRect lcd(0, 0, 320, 240);
+inline constexpr QRect lcd = Screen::wholeLcd;
 inline constexpr size_t lcdBytes = size_t(lcd.width()) * size_t(lcd.height()) * 4;
 
 inline int pixels(const QRegion &region)

@@ -2,6 +2,7 @@
 // two timers of 20 ms, the floor of being idle.
 
 #include "benchmarks/lcdbenchmark-common.h"
+#include "ui/fonts.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -10,7 +11,7 @@
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    loadFonts();
+    loadFonts(QStringLiteral(FONT_FOLDER));
     QLabel label(QStringLiteral("The matrix is about to start."), nullptr, Qt::FramelessWindowHint);
     QFont font(QStringLiteral("RobotoMedium"));
     font.setPixelSize(19);

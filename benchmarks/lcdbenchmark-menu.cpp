@@ -4,6 +4,7 @@
 #include "benchmarks/lcdbenchmark-common.h"
 #include "benchmarks/lcdbenchmark-frame.h"
 #include "protocol/catalogue.h"
+#include "ui/fonts.h"
 #include "ui/pool.h"
 #include "ui/propertydisplaylabel.h"
 #include "ui/screendata.h"
@@ -194,7 +195,7 @@ int main(int argc, char **argv)
     QLoggingCategory::setFilterRules(QStringLiteral("default=false")); // no service is there, and each page says so
     fillCatalogue();
     application.setStyleSheet(QStringLiteral("*{ background-color: black}"));
-    loadFonts();
+    loadFonts(QStringLiteral(FONT_FOLDER));
     Pool *pool = Pool::instance();
     pool->initScreens();
     LongPage below(pool, QStringLiteral("Output"));

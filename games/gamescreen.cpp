@@ -6,20 +6,19 @@
 namespace {
 
 constexpr int tickTime = 20; // ms
-constexpr QRect lcd(0, 0, 320, 240);
 
 } // namespace
 
 GameScreen::GameScreen(QWidget *parent)
     : Screen(parent)
-    , m_scene(lcd) // fixed: it would grow, and move, with items outside
+    , m_scene(wholeLcd) // fixed: it would grow, and move, with items outside
     , m_view(&m_scene, this)
 {
     const QList<QWidget *> furniture = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *widget : furniture) // title and buttons of a page
         widget->setVisible(widget == &m_view);
     m_scene.setItemIndexMethod(QGraphicsScene::NoIndex); // what moves would be sorted in anew all the time
-    m_view.setGeometry(lcd);
+    m_view.setGeometry(wholeLcd);
     m_view.setFrameShape(QFrame::NoFrame);
     m_view.setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -33,7 +33,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr QRect lcd(0, 0, 320, 240);
 constexpr QMargins noticeMargins(15, 10, 15, 10);
 constexpr qsizetype mostOfMessage = 1000; // characters; more than the LCD has room for
 constexpr int noticeEdges = noticeMargins.left() + noticeMargins.right() + 2; // and the border
@@ -104,7 +103,7 @@ Pool::Pool()
     m_lockTimer.setInterval(3s);
     m_noticeTimer.setSingleShot(true);
     m_noticeTimer.setInterval(3s);
-    setGeometry(lcd);
+    setGeometry(Screen::wholeLcd);
     auto *label = new StyledLabel(this);
     label->setSheet(Style::message);
     label->setText(QStringLiteral("The matrix is about to start."));
@@ -316,7 +315,8 @@ void Pool::propertyChanged(const QString &property, const QString &value)
     const int line = m_noticeLabel->fontMetrics().size(Qt::TextExpandTabs, m_noticeLabel->text()).width();
     const int width = std::clamp(line + noticeEdges, m_noticeLabel->minimumWidth(), m_noticeLabel->maximumWidth());
     m_noticeLabel->resize(width, m_noticeLabel->heightForWidth(width));
-    m_noticeLabel->move((lcd.width() - m_noticeLabel->width()) / 2, (lcd.height() - m_noticeLabel->height()) / 2);
+    m_noticeLabel->move((Screen::wholeLcd.width() - m_noticeLabel->width()) / 2,
+        (Screen::wholeLcd.height() - m_noticeLabel->height()) / 2);
     m_noticeLabel->raise();
     m_noticeLabel->show();
 }

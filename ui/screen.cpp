@@ -10,8 +10,7 @@
 
 namespace {
 
-constexpr QRect shownRect(0, 0, 320, 240); // the whole LCD
-constexpr QRect parkedRect(320, 0, 320, 240);
+constexpr QRect parkedRect = Screen::wholeLcd.translated(Screen::wholeLcd.width(), 0);
 
 int pendingEntryCount = 0;
 
@@ -168,7 +167,7 @@ void Screen::stopSlide()
     m_hideWhenAnimationEnds = nullptr;
 }
 
-void Screen::slideIn(Screen *covered) { slide(shownRect, covered); }
+void Screen::slideIn(Screen *covered) { slide(wholeLcd, covered); }
 void Screen::slideOut() { slide(parkedRect, this); }
 
 void Screen::slide(const QRect &target, Screen *hideAtEnd)

@@ -20,6 +20,9 @@ class Screen : public MyWidget
 {
     Q_OBJECT
 public:
+    /// All of it, in pixels.
+    static constexpr QRect wholeLcd{0, 0, 320, 240};
+
     explicit Screen(QWidget *parent);
 
     /// Shown in capitals.

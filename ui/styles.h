@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// The style sheets that several widgets share, and FontAwesome's glyphs by what they show. Literals: both live in the
+// The style sheets that several widgets share, and FontAwesome's glyphs by what they show. Literals live in the
 // program's read-only data.
 
 namespace Style {
@@ -38,23 +38,21 @@ inline const QString chooseIcon = QStringLiteral("*{ font-family: FontAwesome; f
                                                  "color: #000000}*[state=\"hovered\"]{ color: #2d96e9}"
                                                  "*[state=\"normal\"][set=\"true\"]{ color: #44da6e}");
 
-inline const QString wheel = QStringLiteral(
-    "*{ font-family: RobotoLight; font-size: 19px; color: #FFFFFF}*{ background-color: #2c2c2c}"
-    "*[state=\"normal\"]{   border: 1px solid #000000}*[state=\"hovered\"]{  border: 1px solid #2d96e9}"
-    "*[state=\"selected\"]{ border: 1px solid #2d96e9}");
-/// Black on black until the wheel between the two arrows is being turned.
-inline const QString wheelArrow
-    = QStringLiteral("*{ font-family: FontAwesome; font-size: 15px}*[state=\"normal\"]{   color: #000000}"
-                     "*[state=\"hovered\"]{  color: #000000}*[state=\"selected\"]{ color: #2d96e9}");
-
-/// In the row of an EDID page: smaller than the wheels that fill a page.
-inline const QString edidWheel = QStringLiteral(
-    "*{ font-family: RobotoLight; font-size: 17px; color: #FFFFFF}*{ background-color: #2c2c2c}"
-    "*[state=\"normal\"]{   border: 1px solid #000000}*[state=\"hovered\"]{  border: 1px solid #2d96e9}"
-    "*[state=\"selected\"]{ border: 1px solid #2d96e9}");
-inline const QString edidArrows
-    = QStringLiteral("*{ font-family: FontAwesome; font-size: 17px}*[state=\"normal\"]{   color: #000000}"
-                     "*[state=\"hovered\"]{  color: #000000}*[state=\"selected\"]{ color: #2d96e9}");
+/// A wheel of a page of its own, and the smaller one in the row of an EDID page. @param size of its text in pixels.
+inline QString wheel(int size)
+{
+    return QStringLiteral("*{ font-family: RobotoLight; font-size: %1px; color: #FFFFFF}*{ background-color: #2c2c2c}"
+                          "*[state=\"normal\"]{   border: 1px solid #000000}*[state=\"hovered\"]{  border: 1px solid "
+                          "#2d96e9}*[state=\"selected\"]{ border: 1px solid #2d96e9}")
+        .arg(size);
+}
+/// Black on black until the wheel beside the arrow is being turned. @param size in pixels.
+inline QString wheelArrow(int size)
+{
+    return QStringLiteral("*{ font-family: FontAwesome; font-size: %1px}*[state=\"normal\"]{   color: #000000}"
+                          "*[state=\"hovered\"]{  color: #000000}*[state=\"selected\"]{ color: #2d96e9}")
+        .arg(size);
+}
 
 /// What a port has, and, in grey, what it has not.
 inline const QString portIcon = QStringLiteral("*{ font-family: FontAwesome; font-size: 15px; color: #FFFFFF}"

@@ -1,18 +1,15 @@
 #include "tests/ui/lcd.h"
 
+#include "ui/fonts.h"
+
 #include <QApplication>
-#include <QFontDatabase>
 #include <QTest>
 
 void prepareLcdLooks()
 {
     static const bool prepared = [] {
         qApp->setStyleSheet(QStringLiteral("*{ background-color: black}")); // as the program does
-        QFontDatabase::families();
-        for (const char *font :
-            {"Roboto-Bold-Ostra", "Roboto-Medium-Ostra", "Roboto-Light-Ostra", "fontawesome-webfont"})
-            QFontDatabase::addApplicationFont(QStringLiteral(FONT_FOLDER "/%1.ttf").arg(QLatin1StringView(font)));
-        QFont::insertSubstitution(QStringLiteral("FontAwesome"), QStringLiteral("RobotoLight"));
+        loadFonts(QStringLiteral(FONT_FOLDER));
         return true;
     }();
     Q_UNUSED(prepared)

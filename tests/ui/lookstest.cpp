@@ -35,8 +35,8 @@ void LooksTest::looksAsQtsStyleSheets_data()
     QTest::newRow("caption") << Style::caption;
     QTest::newRow("header") << Style::headerCaption;
     QTest::newRow("option") << Style::chooseCaption;
-    QTest::newRow("wheel") << Style::wheel;
-    QTest::newRow("arrow") << Style::wheelArrow;
+    QTest::newRow("wheel") << Style::wheel(19);
+    QTest::newRow("arrow") << Style::wheelArrow(15);
     QTest::newRow("reading") << Style::value
             + "*[state=\"warning\"]{ color: orange}*[state=\"selected\"]{ color: green }";
     QTest::newRow("rule of a state before that of all") << "*[state=\"hovered\"]{color:red}*{color:#FFFFFF}";

@@ -30,11 +30,11 @@ ItemWheelListLabel *EdidBrowser::addWheelRow(const QString &caption)
     DataLine *line = addLine(caption);
     auto *wheel = new ItemWheelListLabel(this, false); // the row's, as the arrows
     wheel->setFixedWidth(wheelWidth);
-    wheel->setSheet(Style::edidWheel);
+    wheel->setSheet(Style::wheel(17));
     wheel->setAlignment(Qt::AlignCenter);
     auto *arrows = new ItemLabel(this, true);
     arrows->setText(Glyph::sortArrows);
-    arrows->setSheet(Style::edidArrows);
+    arrows->setSheet(Style::wheelArrow(17));
     line->addWidget(wheel);
     line->addWidget(arrows);
     connect(wheel, &ItemWheelListLabel::signalDeselected, line->collection(), &Collection::hover);

@@ -1,5 +1,21 @@
 #include "ui/screens/portinfoscreen.h"
 
+#include "protocol/dt3manager.h"
+#include "protocol/dt3property.h"
+
+PortInfoScreen::PortInfoScreen(QWidget *parent, const QString &subject)
+    : ScreenData(parent)
+    , m_subject(subject)
+{
+}
+
+void PortInfoScreen::setPort(const QString &port)
+{
+    ScreenData::setPort(port);
+    if (!m_subject.isEmpty())
+        setTitle(QStringLiteral("Port %1 %2").arg(port.mid(2, 3), m_subject)); // "/I12"
+}
+
 void PortInfoScreen::addPortRows(std::initializer_list<PortRow> rows)
 {
     for (const PortRow &row : rows) {
@@ -55,7 +71,14 @@ void PortInfoScreen::showRows()
     }
 }
 
-QString portTitle(const QString &port, const QString &subject)
+std::optional<PortInfo> portInfo(const Dt3Property &portNode, const QString &property, const QString &value)
 {
-    return QStringLiteral("Port %1 %2").arg(port.mid(2, 3), subject);
+    if (Dt3Manager::nodeOf(property) != Dt3Manager::nodeOf(portNode.path()))
+        return std::nullopt;
+    const QString name = property.section('.', -1);
+    if (name.contains(QLatin1StringView("PortType")))
+        return PortInfo{value, {}};
+    if (name.contains(QLatin1StringView("PortVersion")))
+        return PortInfo{{}, value};
+    return std::nullopt;
 }

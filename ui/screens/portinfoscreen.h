@@ -2,14 +2,20 @@
 
 #include "ui/screendata.h"
 
+#include <optional>
+
+class Dt3Property;
+
 /// A page of one port whose rows depend on what kind of port that is. Opened for another port, it has none of the rows
 /// that depend on it until it has been told.
 class PortInfoScreen : public ScreenData
 {
     Q_OBJECT
 public:
-    using ScreenData::ScreenData;
+    /// @param subject of the title, as "Status" in "Port 12 Status"; without one the title is the row's that opens it.
+    explicit PortInfoScreen(QWidget *parent, const QString &subject = {});
 
+    void setPort(const QString &port) override;
     /// An empty text leaves what was known. @param portType names what the port has, as in "HDMI_AUDIO".
     /// @param portVersion of its hardware, as in "V20".
     void setPortInfo(const QString &portType, const QString &portVersion);
@@ -37,15 +43,25 @@ protected:
     void addPortRows(std::initializer_list<PortRow> rows);
 
     void forgetValues() override;
+    /// The kind of port is another one.
+    virtual void showRows();
+    const QString &portType() const { return m_portType; }
 
 private:
     unsigned kindsOfPort();
-    void showRows();
 
+    const QString m_subject;
     QString m_portType, m_portVersion;
     unsigned m_audioMode = 0; ///< Stays where a port ceases to have analog audio.
     QList<unsigned> m_rowKinds;
 };
 
-/// "Port 12 Status" for "/I12".
-QString portTitle(const QString &port, const QString &subject);
+/// News of what kind of port it is; one of the two is empty.
+struct PortInfo
+{
+    QString type, version;
+};
+
+/// What a value says about the kind of port, or nothing. @param portNode the ".*" of the port that is on the page; late
+/// answers of another one say nothing.
+std::optional<PortInfo> portInfo(const Dt3Property &portNode, const QString &property, const QString &value);

@@ -2,7 +2,6 @@
 
 #include "protocol/catalogue.h"
 #include "ui/propertydisplaylabel.h"
-#include "ui/screens/portnode.h"
 #include "ui/screens/sharedscreens.h"
 #include "ui/styles.h"
 

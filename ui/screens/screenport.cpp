@@ -1,7 +1,6 @@
 #include "ui/screens/screenport.h"
 
 #include "protocol/catalogue.h"
-#include "ui/screens/portnode.h"
 #include "ui/screens/screenaudio.h"
 #include "ui/screens/screenvideosettings.h"
 #include "ui/screens/screenvideostatus.h"
@@ -15,13 +14,11 @@ enum { Status, Settings };
 
 ScreenPort::ScreenPort(QWidget *parent, bool input, PortInfoScreen *settings, ScreenData *audio)
     : ScreenData(parent)
-    , m_input(input)
     , m_portNode(propPortAll)
-    , m_status(new ScreenVideoStatus(parent)) // the parent's
-    , m_informed{settings}
+    , m_informed{new ScreenVideoStatus(parent, input), settings} // the parent's
 {
     addRows({
-        {"xxx status", m_status}, // until the type is known
+        {"xxx status", m_informed.first()}, // until the type is known
         {"xxx settings", settings},
         {"Analog audio", audio},
     });
@@ -34,7 +31,6 @@ void ScreenPort::setPort(const QString &port)
     ScreenData::setPort(port);
     m_portNode.setPort(port, false);
     // The pages below learn of the port together with this one: what they are told next is about it.
-    m_status->setPort(port);
     for (PortInfoScreen *page : std::as_const(m_informed))
         page->setPort(port);
     m_shown.clear();
@@ -47,7 +43,6 @@ void ScreenPort::updateValue(const QString &property, const QString &value)
     const std::optional<PortInfo> info = portInfo(m_portNode, property, value);
     if (!info)
         return;
-    m_status->setPortInfo(info->type, m_input);
     for (PortInfoScreen *page : std::as_const(m_informed))
         page->setPortInfo(info->type, info->version);
     if (!info->type.isEmpty())

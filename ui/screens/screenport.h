@@ -4,7 +4,6 @@
 #include "ui/screendata.h"
 
 class PortInfoScreen;
-class ScreenVideoStatus;
 struct SharedScreens;
 
 /// One port: what there is to see and set. It learns from the port what kind that is, passes it on to the pages
@@ -27,9 +26,7 @@ protected:
 private:
     void setType(const QString &type);
 
-    const bool m_input;
     Dt3Property m_portNode;
-    ScreenVideoStatus *m_status;
     QList<PortInfoScreen *> m_informed;
     QList<bool> m_shown; ///< By row; none until the type is known.
 };

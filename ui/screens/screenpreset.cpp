@@ -78,18 +78,28 @@ void ScreenPresetCommon::keyPressEvent(QKeyEvent *event)
         ScreenData::keyPressEvent(event);
 }
 
+QList<DataLinePreset *> ScreenPresetCommon::presetLines() const
+{
+    QList<DataLinePreset *> presets;
+    for (DataLine *line : lines())
+        presets.append(static_cast<DataLinePreset *>(line)); // the page adds no others
+    return presets;
+}
+
 DataLinePreset *ScreenPresetCommon::lineOfPreset(const QString &name) const
 {
-    const auto line = std::find_if(m_presetLines.begin(), m_presetLines.end(),
+    const QList<DataLinePreset *> presets = presetLines();
+    const auto line = std::find_if(presets.begin(), presets.end(),
         [&name](const DataLinePreset *candidate) { return candidate->caption() == name; });
-    return line == m_presetLines.end() ? nullptr : *line;
+    return line == presets.end() ? nullptr : *line;
 }
 
 DataLinePreset *ScreenPresetCommon::lineOfButton(int button) const
 {
-    const auto line = std::find_if(m_presetLines.begin(), m_presetLines.end(),
+    const QList<DataLinePreset *> presets = presetLines();
+    const auto line = std::find_if(presets.begin(), presets.end(),
         [button](const DataLinePreset *candidate) { return candidate->button() == button; });
-    return line == m_presetLines.end() ? nullptr : *line;
+    return line == presets.end() ? nullptr : *line;
 }
 
 void ScreenPresetCommon::addPresetLine(const QString &caption, int button)
@@ -98,7 +108,6 @@ void ScreenPresetCommon::addPresetLine(const QString &caption, int button)
     insertLine(line, caption, m_confirmation, 1);
     line->setup();
     line->setButton(button);
-    m_presetLines.append(line);
 }
 
 void ScreenPresetCommon::onPresetAdded(const QString &presetName)
@@ -117,11 +126,8 @@ void ScreenPresetCommon::onPresetAdded(const QString &presetName)
 
 void ScreenPresetCommon::onPresetRemoved(const QString &presetName)
 {
-    DataLinePreset *line = lineOfPreset(presetName);
-    if (!line)
-        return;
-    m_presetLines.removeOne(line);
-    removeLine(line);
+    if (DataLinePreset *line = lineOfPreset(presetName))
+        removeLine(line);
 }
 
 void ScreenPresetCommon::onPresetAssignedButtonChange(int buttonNum, const QString &presetName)
@@ -148,7 +154,6 @@ void ScreenPresetCommon::reassign(DataLinePreset *line, int button, const QStrin
     } else if (!ofName && !name.isEmpty()) {
         line->setCaption(name);
     } else {
-        m_presetLines.removeOne(line);
         removeLine(line);
         if (ofName)
             ofName->setButton(button);
@@ -160,13 +165,14 @@ void ScreenPresetCommon::resort()
 {
     QMap<int, QString> ofButtons;
     QStringList others;
-    for (const DataLinePreset *line : std::as_const(m_presetLines)) {
+    const QList<DataLinePreset *> presets = presetLines();
+    for (const DataLinePreset *line : presets) {
         if (line->button() > 0)
             ofButtons[line->button()] = line->caption();
         else
             others.append(line->caption());
     }
-    auto line = m_presetLines.cbegin();
+    auto line = presets.begin();
     for (auto entry = ofButtons.cbegin(); entry != ofButtons.cend(); ++entry, ++line) {
         (*line)->setCaption(entry.value());
         (*line)->setButton(entry.key());

@@ -47,9 +47,9 @@ protected:
     void resort();
 
 private:
+    QList<DataLinePreset *> presetLines() const;
     void reassign(DataLinePreset *line, int button, const QString &name);
 
-    QList<DataLinePreset *> m_presetLines;
     Screen *m_confirmation;
 };
 

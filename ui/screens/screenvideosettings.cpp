@@ -4,7 +4,7 @@
 #include "ui/screens/sharedscreens.h"
 
 ScreenInVideoSettings::ScreenInVideoSettings(QWidget *parent, const SharedScreens &shared)
-    : PortInfoScreen(parent)
+    : PortInfoScreen(parent, QStringLiteral("Settings"))
 {
     // Where a caption stands twice, the choices differ.
     addPortRows({
@@ -24,14 +24,8 @@ ScreenInVideoSettings::ScreenInVideoSettings(QWidget *parent, const SharedScreen
     showBackButton();
 }
 
-void ScreenInVideoSettings::setPort(const QString &port)
-{
-    PortInfoScreen::setPort(port);
-    setTitle(portTitle(port, QStringLiteral("Settings")));
-}
-
 ScreenOutVideoSettings::ScreenOutVideoSettings(QWidget *parent, const SharedScreens &shared)
-    : PortInfoScreen(parent)
+    : PortInfoScreen(parent, QStringLiteral("Settings"))
 {
     addPortRows({
         {{"Conversion", &propPortSettingsConversionB, shared.choose}, HdmiV2},
@@ -43,10 +37,4 @@ ScreenOutVideoSettings::ScreenOutVideoSettings(QWidget *parent, const SharedScre
         {{"Power enable", &propPortSettingsEnablePower, shared.choose}, DisplayPort},
     });
     showBackButton();
-}
-
-void ScreenOutVideoSettings::setPort(const QString &port)
-{
-    PortInfoScreen::setPort(port);
-    setTitle(portTitle(port, QStringLiteral("Settings")));
 }

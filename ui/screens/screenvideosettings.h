@@ -10,8 +10,6 @@ class ScreenInVideoSettings : public PortInfoScreen
     Q_OBJECT
 public:
     ScreenInVideoSettings(QWidget *parent, const SharedScreens &shared);
-
-    void setPort(const QString &port) override;
 };
 
 /// What an output port sends to its display.
@@ -20,6 +18,4 @@ class ScreenOutVideoSettings : public PortInfoScreen
     Q_OBJECT
 public:
     ScreenOutVideoSettings(QWidget *parent, const SharedScreens &shared);
-
-    void setPort(const QString &port) override;
 };

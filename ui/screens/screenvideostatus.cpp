@@ -3,7 +3,6 @@
 #include "protocol/catalogue.h"
 #include "protocol/dt3manager.h"
 #include "ui/propertydisplaylabel.h"
-#include "ui/screens/portinfoscreen.h"
 
 #include <algorithm>
 #include <iterator>
@@ -33,7 +32,7 @@ constexpr struct
     const char *heading; ///< Above the row; null for none.
     const char *caption;
 } rows[] = {
-    {"Link Status", "5V present"}, // of an input
+    {"Link Status", "HPD present"}, // of an output
     {nullptr, "Signal present"},
     {nullptr, "Signal type"},
     {nullptr, "Bandwidth"},
@@ -72,8 +71,9 @@ QString linkText(const QString &raw) { return raw == none ? QStringLiteral("Link
 
 } // namespace
 
-ScreenVideoStatus::ScreenVideoStatus(QWidget *parent)
-    : ScreenData(parent)
+ScreenVideoStatus::ScreenVideoStatus(QWidget *parent, bool input)
+    : PortInfoScreen(parent, QStringLiteral("Status"))
+    , m_input(input)
     , m_statusNode(propPortStatusAll)
     , m_audioNode(propPortEmbeddedAudioAll)
 {
@@ -85,37 +85,28 @@ ScreenVideoStatus::ScreenVideoStatus(QWidget *parent)
         m_rows.append(addLine(QString::fromLatin1(row.caption)));
         m_rows.last()->addValueWidget(new PropertyDisplayLabel(this)); // the row's
     }
+    if (input)
+        m_rows[Connected]->setCaption(QStringLiteral("5V present"));
     showBackButton();
 }
 
 void ScreenVideoStatus::setPort(const QString &port)
 {
-    ScreenData::setPort(port);
+    PortInfoScreen::setPort(port);
     m_statusNode.setPort(port, false);
     m_audioNode.setPort(port, false);
-    setTitle(portTitle(port, QStringLiteral("Status")));
 }
 
 void ScreenVideoStatus::forgetValues()
 {
     m_raw.clear();
-    m_portType.clear();
     for (DataLine *row : std::as_const(m_rows))
         row->setValueText(QStringLiteral("TBD"));
-    showRows();
-}
-
-void ScreenVideoStatus::setPortInfo(const QString &portType, bool input)
-{
-    if (!portType.isEmpty())
-        m_portType = portType;
-    m_input = input;
-    showRows();
+    PortInfoScreen::forgetValues();
 }
 
 void ScreenVideoStatus::showRows()
 {
-    m_rows[Connected]->setCaption(m_input ? QStringLiteral("5V present") : QStringLiteral("HPD present"));
     setLineShown(m_rows[LaneCounts], isDisplayPort());
     setLineShown(m_rows[Scrambling], !isDisplayPort());
     setLineShown(m_rows[Connected], !(isDisplayPort() && m_input));

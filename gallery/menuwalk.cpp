@@ -1,4 +1,4 @@
-#include "tests/gallery/menuwalk.h"
+#include "gallery/menuwalk.h"
 
 #include "ui/interfaceitem.h"
 #include "ui/itemlabel.h"

@@ -1,4 +1,4 @@
-#include "tests/gallery/contactsheet.h"
+#include "gallery/contactsheet.h"
 
 #include <QFile>
 #include <QPainter>
@@ -73,8 +73,7 @@ void ContactSheet::writePage(const QString &subject)
     const QString folder = m_folder.dirName();
     QTextStream page(&file);
     page << "# The pages of the menu\n\nWalked on " << subject
-         << ". Made anew by `tests/gallery/gallery.sh build/release`.\n\n![All pages](" << folder
-         << "/contact-sheet.png)\n";
+         << ". Made anew by `gallery/gallery.sh build/release`.\n\n![All pages](" << folder << "/contact-sheet.png)\n";
     QString chapter;
     for (const Picture &picture : std::as_const(m_pictures)) {
         if (const QString top = picture.place.value(0, QStringLiteral("Main Menu")); top != chapter) {

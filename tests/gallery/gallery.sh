@@ -1,8 +1,0 @@
-#!/bin/sh
-# gallery.sh BUILD-FOLDER: walks the menu and makes the pictures of docs/gallery.md anew.
-set -eu
-here=$(cd -- "$(dirname -- "$0")" && pwd -P)
-root=$(cd -- "$here/../.." && pwd -P)
-gallery=$(cd -- "$1" && pwd -P)/tests/gallery/gallery
-rm -f "$root"/docs/gallery/*.png
-QT_QPA_PLATFORM=offscreen exec "$here/../support/own-network" "$gallery" --output "$root/docs/gallery"
