@@ -5,7 +5,9 @@
 packages_build="g++ cmake ninja-build pkg-config qt6-base-dev qt6-httpserver-dev qt6-websockets-dev
     libumockdev-dev umockdev zlib1g-dev libtcmalloc-minimal4
     fonts-roboto-unhinted fonts-font-awesome python3-fonttools"
-packages_test="iproute2"
+packages_test="iproute2 chromium"
+# For the page's tests. A Node.js from elsewhere brings its own npm, and does not go with Debian's.
+command -v npm >/dev/null || packages_test="$packages_test nodejs npm"
 packages_lint="clang clang-tidy clang-format"
 # The benchmarks (-DHOUSE_BENCHMARKS=ON) want libbenchmark-dev and libhiredis-dev; nothing here installs them.
 

@@ -93,10 +93,13 @@ void CommandExecutor::deliver()
 
 void CommandExecutor::cancel()
 {
+    const bool isHolding = m_limit.isActive() && !m_action.poll;
     m_poll.stop();
     m_limit.stop();
     m_delivery.stop();
     m_busy = false;
+    if (isHolding && m_action.expire)
+        m_action.expire();
 }
 
 void CommandExecutor::skipRequests() { m_context.requestMark = m_context.device.requests().end(); }

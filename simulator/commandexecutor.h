@@ -22,7 +22,7 @@ public:
     /// Not while isBusy().
     void execute(const QString &line);
     bool isBusy() const { return m_busy; }
-    /// Stops waiting; finished() does not come.
+    /// Stops waiting; finished() does not come. A key that the line holds down for a time comes up.
     void cancel();
 
     /// Requests that have come so far are nothing to expect any more.

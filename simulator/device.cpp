@@ -28,6 +28,10 @@ Device::Device(const Setup &setup, QObject *parent)
     , m_bed(*setup.frame, setup.faults)
 {
     connect(&m_core, &CoreService::requestReceived, this, &Device::logRequest);
+    connect(&m_core, &CoreService::changed, this, [this] {
+        if (!m_core.isLinkUp())
+            m_sinceRequest.invalidate(); // the program has to ask anew
+    });
     connect(&m_runner, &ProgramRunner::messageLogged, this, &Device::logMessage);
     connect(&m_runner, &ProgramRunner::startFailed, this, &Device::noteStartFailure);
     connect(&m_runner, &ProgramRunner::ended, this, &Device::noteEnd);
@@ -51,6 +55,8 @@ void Device::startProgram()
     m_end.reset();
     m_sinceRequest.invalidate();
     m_runner.start(m_setup.program, m_bed.programEnvironment(), m_setup.wrapper);
+    if (!m_end) // which it is at once where there is no such program
+        emit programStarted();
 }
 
 bool Device::isProgramReady() const

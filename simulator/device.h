@@ -40,6 +40,7 @@ public:
     /// Takes the core service's port. Empty when the device stands, else what is in the way and what to do about it.
     QString powerOn();
 
+    const FrameDescriptor &frame() const { return *m_setup.frame; }
     const PanelLayout &layout() const { return panelLayout(m_setup.frame->layoutId()); }
     CoreService &core() { return m_core; }
     TestBed &bed() { return m_bed; }
@@ -63,6 +64,7 @@ signals:
     /// The core service got this request, shown without its signature.
     void requestReceived(const QString &request);
     void messageLogged(const QString &line);
+    void programStarted();
     void programEnded(const ProgramEnd &end);
 
 private:

@@ -1,15 +1,11 @@
 #include "simulator/commandparsers.h"
 #include "simulator/device.h"
 
-#include <linux/input-event-codes.h>
-
 using namespace std::chrono_literals;
 
 namespace {
 
 constexpr auto tapTime = 50ms;
-constexpr auto slowSpacing = 120ms;
-constexpr auto fastSpacing = 20ms; // under 50 ms counts as a spin
 
 Action setButton(TestBed &bed, FrontKey key, bool pressed)
 {
@@ -67,8 +63,8 @@ Action parseTurn(CommandContext &context, Arguments &arguments)
 {
     TestBed &bed = context.device.bed();
     const int detents = arguments.number("N", -1000, 1000);
-    const auto spacing = arguments.takeWord("fast") ? fastSpacing : slowSpacing;
-    if (spacing == slowSpacing)
+    const auto spacing = arguments.takeWord("fast") ? TestBed::fastDetent : TestBed::slowDetent;
+    if (spacing == TestBed::slowDetent)
         arguments.takeWord("slow");
     Action action;
     action.begin = [&bed, detents, spacing] {
@@ -80,10 +76,10 @@ Action parseTurn(CommandContext &context, Arguments &arguments)
 
 Action parsePush(CommandContext &context, Arguments &arguments)
 {
-    return holdKeyboardKey(context, arguments, KEY_ENTER);
+    return holdKeyboardKey(context, arguments, TestBed::pushKey);
 }
 
 Action parseEscape(CommandContext &context, Arguments &arguments)
 {
-    return holdKeyboardKey(context, arguments, KEY_ESC);
+    return holdKeyboardKey(context, arguments, TestBed::escapeKey);
 }

@@ -97,7 +97,12 @@ std::variant<Options, Notice> parseOptions(const QStringList &arguments)
         "COMMAND");
     const QCommandLineOption fault(
         "fault", "Starts with broken hardware; may be given several times. One of: " + faultNames() + '.', "FAULT");
-    parser.addOptions({help, frame, listFrames, noProgram, script, demo, wrap, fault});
+    const QCommandLineOption httpPort("http-port",
+        "Where the page with the front of the frame is served, on 127.0.0.1; 0 takes any free port. Without it 8080, or "
+        "any free port where that is taken, and no page beside a script.",
+        "PORT");
+    const QCommandLineOption noOpen("no-open", "Does not open the page in the desktop's browser.");
+    parser.addOptions({help, frame, listFrames, noProgram, script, demo, wrap, fault, httpPort, noOpen});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (parser.isSet(help)) {
@@ -134,6 +139,14 @@ std::variant<Options, Notice> parseOptions(const QStringList &arguments)
         if (options.script == "-")
             return usageError(
                 QStringLiteral("With --wrap standard input is the command's; give the script as a file."));
+    }
+    options.withPage = !options.hasScript || parser.isSet(httpPort);
+    options.openPage = !parser.isSet(noOpen);
+    if (parser.isSet(httpPort)) {
+        bool isPort = false;
+        options.httpPort = parser.value(httpPort).toUShort(&isPort);
+        if (!isPort)
+            return usageError(QStringLiteral("--http-port takes a number from 0 to 65535."));
     }
     return options;
 }

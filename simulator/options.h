@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <variant>
 
 /// What the command line asks panel-simulator to run.
@@ -17,6 +18,9 @@ struct Options
     QStringList wrapper; ///< Command in front of the program.
     bool hasScript = false;
     QString script; ///< File name; "-" for standard input, or a resource.
+    bool withPage = true;
+    std::optional<quint16> httpPort; ///< Where the page must be served; 0 stands for any free port.
+    bool openPage = true;            ///< In the desktop's browser, where there is one.
 };
 
 /// What the command line asks panel-simulator to print instead, and what to return then.

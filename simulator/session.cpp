@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 
 #include <cstdio>
 #include <unistd.h>
@@ -17,6 +18,10 @@ constexpr qsizetype longestScript = 20000; // lines
 
 // A debugger waits for a person, and valgrind takes its time.
 constexpr auto wrappedReadyTime = 300s;
+
+constexpr quint16 usualHttpPort = 8080;
+
+bool hasDesktop() { return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY"); }
 
 QString programPath() { return QCoreApplication::applicationDirPath() + QStringLiteral("/front-panel"); }
 
@@ -41,7 +46,7 @@ void Session::start()
         m_input->next();
     } else if (m_options.hasScript) {
         readScriptFile();
-    } else if (makeDevice() && switchOn()) {
+    } else if (makeDevice() && switchOn() && servePage()) {
         runConsole();
     }
 }
@@ -139,7 +144,7 @@ void Session::playScript()
     const QString error = m_script->check();
     if (!error.isEmpty())
         end(ExitCode::Usage, error);
-    else if (switchOn())
+    else if (switchOn() && servePage())
         m_script->start();
 }
 
@@ -147,9 +152,7 @@ void Session::runConsole()
 {
     if (!m_options.wrapper.isEmpty())
         return; // the terminal is the wrapper's
-    m_executor = std::make_unique<CommandExecutor>(*m_device);
-    connect(m_executor.get(), &CommandExecutor::finished, this, &Session::noteResult);
-    connect(m_executor.get(), &CommandExecutor::quitRequested, this, &Session::stop);
+    makeExecutor();
     m_input = std::make_unique<LineReader>(STDIN_FILENO);
     connect(m_input.get(), &LineReader::lineRead, this, [this](const QString &line) {
         m_printer.promptAnswered();
@@ -162,6 +165,65 @@ void Session::runConsole()
     if (isatty(STDIN_FILENO))
         m_printer.print(QStringLiteral("\"help\" lists the commands, \"quit\" or Ctrl-C ends."));
     askForLine();
+}
+
+void Session::makeExecutor()
+{
+    m_executor = std::make_unique<CommandExecutor>(*m_device);
+    connect(m_executor.get(), &CommandExecutor::finished, this, &Session::noteResult);
+    connect(m_executor.get(), &CommandExecutor::quitRequested, this, &Session::stop);
+}
+
+bool Session::servePage()
+{
+    if (!m_options.withPage)
+        return true;
+    m_web = std::make_unique<WebServer>();
+    bool listens = m_web->listen(m_options.httpPort.value_or(usualHttpPort));
+    if (!listens && !m_options.httpPort) { // another simulator may have it
+        m_web = std::make_unique<WebServer>();
+        listens = m_web->listen(0);
+    }
+    if (!listens) {
+        end(ExitCode::Missing,
+            QStringLiteral("The page cannot be served on port %1 of 127.0.0.1: %2.\n\"--http-port 0\" takes a free one.")
+                .arg(m_options.httpPort.value_or(0))
+                .arg(m_web->errorString()));
+        return false;
+    }
+    connect(m_web.get(), &WebServer::frameRequested, this, &Session::playFrame, Qt::QueuedConnection);
+    connect(m_web.get(), &WebServer::quitRequested, this, &Session::stop, Qt::QueuedConnection);
+    m_web->setDevice(m_device.get());
+    const QString address = QStringLiteral("http://127.0.0.1:%1").arg(m_web->port());
+    m_printer.print(QStringLiteral("page: ") + address);
+    if (m_options.openPage && !m_options.hasScript && hasDesktop())
+        QProcess::startDetached(QStringLiteral("xdg-open"), {address});
+    return true;
+}
+
+void Session::playFrame(int row)
+{
+    if (m_ending)
+        return;
+    if (m_script) {
+        m_printer.print(QStringLiteral("page: the frame model stays while a script runs"));
+        return;
+    }
+    const bool wasBusy = m_executor && m_executor->isBusy();
+    const bool hadConsole = m_executor != nullptr;
+    m_web->setDevice(nullptr);
+    m_executor.reset();
+    m_reporter.reset();
+    m_device->stopProgram();
+    m_device.reset(); // before the next one takes its port
+    m_options.frame = &frameDescriptors()[static_cast<size_t>(row - 1)];
+    if (!makeDevice() || !switchOn())
+        return;
+    if (hadConsole)
+        makeExecutor();
+    m_web->setDevice(m_device.get());
+    if (wasBusy)
+        noteResult({ExitCode::Failed, QStringLiteral("the frame model was changed meanwhile")});
 }
 
 void Session::askForLine()
@@ -221,6 +283,8 @@ void Session::end(ExitCode code, const QString &text)
         m_reporter->flush();
     if (!text.isEmpty())
         std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+    if (m_web)
+        m_web->setDevice(nullptr);
     if (m_device && !m_device->stopProgram()) {
         std::fprintf(stderr, "front-panel did not end well when it was asked to; its last messages say more.\n");
         code = code == ExitCode::Ok ? ExitCode::Failed : code;

@@ -7,6 +7,7 @@
 #include "simulator/options.h"
 #include "simulator/printer.h"
 #include "simulator/scriptrunner.h"
+#include "simulator/web/webserver.h"
 
 /// One run of panel-simulator: the device, and the script or console that drives it. Ends the event loop with the
 /// run's exit code.
@@ -32,6 +33,11 @@ private:
     bool makeDevice();
     bool switchOn();
     void runConsole();
+    /// False: the run has been ended.
+    bool servePage();
+    void makeExecutor();
+    /// Ends device and program, and starts those of another frame model.
+    void playFrame(int row);
     void askForLine();
     void noteResult(const CommandResult &result);
     void noteInputEnd();
@@ -48,4 +54,5 @@ private:
     std::unique_ptr<EventReporter> m_reporter;
     std::unique_ptr<CommandExecutor> m_executor;
     std::unique_ptr<ScriptRunner> m_script;
+    std::unique_ptr<WebServer> m_web; ///< Goes before the device it shows.
 };

@@ -64,6 +64,9 @@ CoreService::CoreService(const FrameDescriptor &frame, QObject *parent)
     });
     connect(&d->server, &LineServer::requestReceived, this, &CoreService::requestReceived);
     connect(&d->server, &LineServer::lineSent, this, &CoreService::lineSent);
+    connect(&d->tree, &PropertyTree::valueChanged, this, &CoreService::changed);
+    connect(&d->tree, &PropertyTree::nodeAdded, this, &CoreService::changed);
+    connect(&d->tree, &PropertyTree::nodeRemoved, this, &CoreService::changed);
 }
 
 CoreService::~CoreService() = default;
@@ -97,9 +100,18 @@ void CoreService::addPreset(const QString &name)
 
 bool CoreService::removePreset(const QString &name) { return d->presets.remove(name); }
 
-void CoreService::dropLink() { d->server.close(); }
+void CoreService::dropLink()
+{
+    d->server.close();
+    emit changed();
+}
 
-bool CoreService::restoreLink() { return d->server.isListening() || d->server.listen(d->server.port()); }
+bool CoreService::restoreLink()
+{
+    const bool restored = d->server.isListening() || d->server.listen(d->server.port());
+    emit changed();
+    return restored;
+}
 
 bool CoreService::isLinkUp() const { return d->server.isListening(); }
 

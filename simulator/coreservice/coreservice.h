@@ -54,6 +54,8 @@ signals:
     void requestReceived(const QString &line);
     /// A line went out to a client, without its line end.
     void lineSent(const QString &line);
+    /// A property, the presets or the link are not what they were.
+    void changed();
 
 private:
     struct Private;

@@ -123,6 +123,7 @@ QProcessEnvironment TestBed::programEnvironment() const { return makeProgramEnvi
 void TestBed::setButton(int panel, int button, bool pressed)
 {
     d->panel(panel).report(keyRecord(BTN_TRIGGER_HAPPY1 + button - 1, pressed), d->clock);
+    emit buttonSet(panel, button, pressed);
 }
 
 void TestBed::turnKnob(int detents, std::chrono::milliseconds spacing)
@@ -131,9 +132,14 @@ void TestBed::turnKnob(int detents, std::chrono::milliseconds spacing)
         d->clock += spacing;
         d->encoder.report({EV_REL, REL_X, detents > 0 ? 1 : -1}, d->clock);
     }
+    emit knobTurned(detents, spacing);
 }
 
-void TestBed::setKeyboardKey(int code, bool pressed) { d->keyboard.report(keyRecord(code, pressed), d->clock); }
+void TestBed::setKeyboardKey(int code, bool pressed)
+{
+    d->keyboard.report(keyRecord(code, pressed), d->clock);
+    emit keyboardKeySet(code, pressed);
+}
 
 void TestBed::deliverRaw(int panel, const QByteArray &bytes)
 {

@@ -30,6 +30,10 @@ class TestBed : public QObject
 public:
     static constexpr int lcdWidth = 320;
     static constexpr int lcdHeight = 240;
+    static constexpr int pushKey = 28;  ///< The knob is the keyboard's Return; see setKeyboardKey().
+    static constexpr int escapeKey = 1;
+    static constexpr std::chrono::milliseconds slowDetent{120};
+    static constexpr std::chrono::milliseconds fastDetent{20}; ///< Under 50 ms counts as a spin.
 
     /// @param frame borrowed; whose part number the EEPROM carries.
     explicit TestBed(const FrameDescriptor &frame, const HardwareFaults &faults = {}, QObject *parent = nullptr);
@@ -62,6 +66,10 @@ public:
     QImage lcd() const;
 
 signals:
+    /// Somebody moved a button, a key or the knob, whether a program has the device open or not.
+    void buttonSet(int panel, int button, bool pressed);
+    void keyboardKeySet(int code, bool pressed);
+    void knobTurned(int detents, std::chrono::milliseconds spacing);
     /// The program wrote one LED record, whether it changes the LED or not. LED code 0 is reported too.
     void ledWritten(int panel, int number, int value);
     /// The program set the overlay's global alpha.
