@@ -1,0 +1,262 @@
+#include "games/game.h"
+#include "games/game2.h"
+#include "tests/ui/lcd.h"
+#include "ui/navigationmanager.h"
+
+#include <QApplication>
+#include <QGraphicsTextItem>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QStyleOptionGraphicsItem>
+#include <QTest>
+#include <QTimer>
+#include <QTimerEvent>
+
+namespace {
+int kindsDrawn = 0;
+}
+
+/// The falling blocks take their kinds from here: one after the other.
+extern "C" int rand() noexcept { return kindsDrawn++; }
+
+namespace {
+
+/// What the LCD is to show.
+void paint(QPainter &painter, const BrickRules &rules)
+{
+    constexpr Qt::GlobalColor stripes[] = {Qt::red, Qt::green, Qt::blue, Qt::yellow};
+    for (int i = 0; i < 16 * 12; ++i) {
+        painter.setBrush(stripes[(i % 16 + i / 16) % 4]);
+        if (rules.hasBrick(i % 16, i / 16))
+            painter.drawRect(i % 16 * 20, i / 16 * 10, 20, 10);
+    }
+    painter.setBrush(Qt::gray);
+    painter.drawEllipse(rules.ball());
+    painter.drawRect(rules.paddle());
+}
+
+void paint(QPainter &painter, const FallingRules &rules)
+{
+    const auto cell = [&](int kind, const QPoint &place) {
+        constexpr QRgb kinds[] = {0xaf298a, 0x0f9bd7, 0xe39f02, 0xd70f37, 0x59b101, 0xe35b02, 0x2141c6, 0x000000};
+        painter.setBrush(QColor(kinds[kind]));
+        painter.drawRect(QRect(place, QSize(12, 12)));
+    };
+    for (int i = 0; i < 10 * 20; ++i)
+        cell(rules.shownCell(i % 10, i / 10 + 2), QPoint(i % 10, i / 10) * 12);
+    painter.setPen(QColor(40, 40, 40));
+    for (int i = 0; i <= 20; ++i) {
+        painter.drawLine(0, 12 * i, 120, 12 * i);
+        painter.drawLine(std::min(i, 10) * 12, 0, std::min(i, 10) * 12, 240);
+    }
+    painter.setPen(Qt::black);
+    for (size_t i = 0; i < 4; ++i) {
+        if (!rules.isPieceHidden())
+            cell(rules.pieceKind(), (rules.piece()[i] - QPoint(0, 2)) * 12);
+        cell(rules.nextKind(), QPoint(150, 96) + rules.nextCells()[i] * 12);
+    }
+    QFont font("RobotoMedium");
+    font.setPixelSize(14);
+    const std::tuple<int, const char *, unsigned> numbers[] = {{0, "top", rules.top()}, {40, "score", rules.score()},
+        {120, "lines", rules.lines()}, {160, "level", rules.level()}};
+    for (const auto &[y, name, number] : numbers) {
+        QGraphicsTextItem text(QString("%1\n%2").arg(name).arg(number));
+        text.setFont(font);
+        text.setDefaultTextColor(Qt::white);
+        painter.resetTransform();
+        painter.translate(125, y);
+        const QStyleOptionGraphicsItem option;
+        text.paint(&painter, &option, nullptr);
+    }
+}
+
+void startAnew(BrickRules &rules) { rules.restart(); }
+void startAnew(FallingRules &rules) { rules.newGame(); }
+
+/// A game on the LCD, and its rules played along: with every tick of its timer, and those the test adds.
+template <typename Page, typename Rules> struct Stage : public QObject
+{
+    explicit Stage(const Rules &played = Rules())
+        : rules(played)
+    {
+        root.showMe();
+        page.installEventFilter(this);
+        page.template findChild<QGraphicsView *>()->viewport()->installEventFilter(this);
+        open();
+    }
+
+    void open()
+    {
+        page.showMe();
+        startAnew(rules);
+        if (!QTest::qWaitFor([this] { return timer && !root.isVisible() && page.geometry() == lcd.rect(); }))
+            qFatal("the page does not open");
+    }
+    void run(int count)
+    {
+        for (; count > 0; --count) {
+            QTimerEvent tick(timer);
+            QCoreApplication::sendEvent(&page, &tick);
+        }
+    }
+    QImage picture() { return page.grab().toImage().convertToFormat(QImage::Format_RGB32); }
+    QImage drawn() const
+    {
+        QImage picture(320, 240, QImage::Format_RGB32);
+        picture.fill(Qt::black);
+        QPainter painter(&picture);
+        paint(painter, rules);
+        return picture;
+    }
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && object != &page)
+            ++paints;
+        if (event->type() == QEvent::Timer && object == &page) {
+            timer = static_cast<QTimerEvent *>(event)->timerId();
+            ++ticks;
+            rules.tick();
+        }
+        return false;
+    }
+
+    Lcd lcd;
+    Screen root{&lcd};
+    Rules rules;
+    Page page{&lcd};
+    int timer = 0, ticks = 0, paints = 0;
+};
+
+using Bricks = Stage<Game, BrickRules>;
+
+FallingRules kindsInTurn()
+{
+    kindsDrawn = 5; // L, after each of its turns it looks different
+    return FallingRules([kind = 5U]() mutable { return kind++; });
+}
+
+struct Blocks : public Stage<Game2, FallingRules>
+{
+    Blocks()
+        : Stage(kindsInTurn())
+    {
+    }
+};
+
+void press(Qt::Key key) { QTest::keyPress(QApplication::focusWidget(), key); }
+
+template <typename S> void coverAndLeave(Qt::Key key)
+{
+    S stage;
+    stage.page.setTitle("Game");
+    stage.run(120);
+    QCOMPARE(stage.picture(), stage.drawn());
+    for (const QLabel *label : stage.page.template findChildren<QLabel *>())
+        QVERIFY2(!label->isVisible(), qPrintable(label->text()));
+
+    Screen notice(&stage.lcd); // the link is lost
+    notice.showMe();
+    QTRY_VERIFY(!stage.page.isVisible());
+    const QSignalSpy changes(stage.page.template findChild<QGraphicsView *>()->scene(), &QGraphicsScene::changed);
+    stage.paints = stage.ticks = 0;
+    stage.run(100);
+    QTRY_VERIFY(stage.ticks > 105); // the timer goes on
+    QCOMPARE(changes.count() + stage.paints, 0);
+    stage.page.show();
+    QCOMPARE(stage.picture(), stage.drawn()); // and so does the game
+    notice.hideMe();
+    startAnew(stage.rules);
+    QCOMPARE(stage.picture(), stage.drawn());
+
+    stage.run(10);
+    press(key);
+    QCOMPARE(QApplication::focusWidget(), &stage.root);
+    QTRY_VERIFY(!stage.page.isVisible());
+    stage.open();
+    QCOMPARE(stage.picture(), stage.drawn());
+}
+
+} // namespace
+
+/// The games on the LCD, with keys and ticks: the picture is what the rules say.
+class GameScreensTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void gamesAreCoveredAndLeft()
+    {
+        coverAndLeave<Bricks>(Qt::Key_Escape), coverAndLeave<Bricks>(Qt::Key_Return);
+        coverAndLeave<Blocks>(Qt::Key_Escape);
+    }
+    void keysMoveThePaddle();
+    void keysMoveThePiece();
+    void gameOverCloses();
+};
+
+void GameScreensTest::keysMoveThePaddle()
+{
+    Bricks stage;
+    for (const auto &[key, step] :
+        QList<std::pair<Qt::Key, int>>{{Qt::Key_Up, -1}, {Qt::Key_A, -1}, {Qt::Key_PageUp, -10}, {Qt::Key_Q, -10},
+            {Qt::Key_Down, 1}, {Qt::Key_D, 1}, {Qt::Key_PageDown, 10}, {Qt::Key_E, 10}}) {
+        press(key);
+        stage.rules.movePaddle(step);
+        stage.run(1);
+        QVERIFY2(stage.picture() == stage.drawn(), qPrintable(QKeySequence(key).toString()));
+    }
+    QTimer::singleShot(0, &stage.lcd, [] { press(Qt::Key_Delete); });
+    QTimer::singleShot(5000, &stage.lcd, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void GameScreensTest::keysMoveThePiece()
+{
+    Blocks stage;
+    FallingRules &rules = stage.rules;
+    const std::pair<Qt::Key, std::function<void()>> keys[] = {
+        {Qt::Key_Y, [&] { rules.rotate(0); }}, // above the well, too
+        {Qt::Key_Return, [&] { rules.rotate(0); }},
+        {Qt::Key_X, [&] { rules.rotate(1); }},
+        {Qt::Key_A, [&] { rules.moveBy(-1); }},
+        {Qt::Key_Q, [&] { rules.moveBy(-1); }},
+        {Qt::Key_D, [&] { rules.moveBy(1); }},
+        {Qt::Key_E, [&] { rules.moveBy(1); }},
+        {Qt::Key_Left, [&] { rules.hold(FallingRules::Direction::Left); }},
+        {Qt::Key_Right, [&] { rules.hold(FallingRules::Direction::Right); }},
+    };
+    for (const auto &[key, act] : keys) {
+        press(key);
+        act();
+        QCoreApplication::sendPostedEvents(); // a scene that grew with the piece would move now
+        QVERIFY2(stage.picture() == stage.drawn(), qPrintable(QKeySequence(key).toString()));
+    }
+    for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) { // still held
+        QKeyEvent repeated(type, Qt::Key_Right, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(&stage.page, &repeated);
+    }
+    stage.run(20);
+    QCOMPARE(stage.picture(), stage.drawn());
+    QTest::keyRelease(&stage.page, Qt::Key_Right);
+    rules.letGo();
+    press(Qt::Key_Down);
+    rules.drop();
+    stage.run(70);
+    QCOMPARE(stage.picture(), stage.drawn());
+}
+
+void GameScreensTest::gameOverCloses()
+{
+    Blocks stage;
+    for (int i = 0; i < 2000 && stage.rules.phase() != FallingRules::Phase::Stopped; ++i) {
+        QCOMPARE(QApplication::focusWidget(), &stage.page);
+        press(Qt::Key_Down);
+        stage.rules.drop();
+        stage.run(1);
+        QCOMPARE(stage.picture(), stage.drawn());
+    }
+    QCOMPARE(QApplication::focusWidget(), &stage.root);
+    QTRY_VERIFY(!stage.page.isVisible());
+}
+
+QTEST_MAIN(GameScreensTest)
+#include "gamescreenstest.moc"
