@@ -14,4 +14,11 @@ public:
 
     /// To whoever has the keyboard: D, E, A and Q as the encoder posts them, "\r" its push, "\x1b" Escape.
     static void keys(const char *keys);
+
+    // Of the screen that has the keyboard.
+    static QString title();
+    /// All that shows but glyphs: "WARNING|Yes|No|Really?".
+    static QString texts();
+    /// From top to bottom, each with the values that show: "Network", "Buzzer: TBD".
+    static QStringList rows();
 };

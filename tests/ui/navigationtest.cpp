@@ -40,11 +40,17 @@ private:
     Collection m_wheel;
 };
 
-QString focus()
+/// The root on the LCD, and two pages to put over it.
+struct Stage
 {
-    const QWidget *widget = QApplication::focusWidget();
-    return widget ? widget->objectName() : QStringLiteral("nobody");
-}
+    Stage() { root.showMe(); }
+
+    Lcd lcd;
+    QStringList news;
+    Page root{&lcd, "root", &news}, a{&lcd, "a", &news}, b{&lcd, "b", &news};
+};
+
+QString focus() { return QApplication::focusWidget()->objectName(); }
 
 } // namespace
 
@@ -57,145 +63,108 @@ private slots:
     void slidesMeet();
     void knobReachesEveryItem();
     void editedItemHasTheKeyboard();
-    void noScreenStandsTwice();
     void coveredNoticeLeavesLater();
-    void reconnectionActivatesTheTop();
     void destroyedScreensAreOut();
     void pendingEntriesAreCountedTogether();
 };
 
 void NavigationTest::opensAndLeaves()
 {
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news), child(&lcd, "child", &news);
-    root.setRootScreen();
-    root.showMe();
-    root.showMe();     // on top already
-    root.hideMe();     // the last one stays
-    child.hideMe();    // not on the stack
+    Stage on;
+    on.root.setRootScreen();
+    on.root.showMe();  // on top already
+    on.root.hideMe();  // the last one stays
+    on.a.hideMe();     // not on the stack
     Lcd::keys("\x1b"); // does not leave the top of the menu
-    QCOMPARE(std::exchange(news, {}), QStringList{"+root"});
-    QTRY_COMPARE(root.geometry(), shown);
+    QCOMPARE(std::exchange(on.news, {}), QStringList{"+root"});
+    QTRY_COMPARE(on.root.geometry(), shown);
 
-    child.setTitle("title & <b>");
-    child.showMe();
-    QCOMPARE(std::exchange(news, {}), (QStringList{"-root", "+child"}));
-    QCOMPARE(focus(), "child");
-    QCOMPARE(child.findChild<QLabel *>()->text(), "TITLE & <B>");
-    QVERIFY(child.geometry().x() > 0); // it comes from the right
-    QTRY_VERIFY(!root.isVisible());
-    QCOMPARE(child.geometry(), shown);
+    on.a.setTitle("title & <b>");
+    on.a.showMe();
+    QCOMPARE(std::exchange(on.news, {}), (QStringList{"-root", "+a"}));
+    QCOMPARE(focus(), "a");
+    QCOMPARE(on.a.findChild<QLabel *>()->text(), "TITLE & <B>");
+    QVERIFY(on.a.geometry().x() > 0); // it comes from the right
+    QTRY_VERIFY(!on.root.isVisible());
+    QCOMPARE(on.a.geometry(), shown);
 
     Lcd::keys("\x1b");
-    QCOMPARE(std::exchange(news, {}), (QStringList{"-child", "+root"}));
-    QCOMPARE(focus(), "root");
-    QVERIFY(root.isVisible());
-    QTRY_VERIFY(!child.isVisible());
-    QCOMPARE(child.geometry(), parked);
+    QCOMPARE(std::exchange(on.news, {}), (QStringList{"-a", "+root"}));
+    QVERIFY(on.root.isVisible());
+    QTRY_VERIFY(!on.a.isVisible());
+    QCOMPARE(on.a.geometry(), parked);
     QCOMPARE(focus(), "root"); // Qt takes no part when something with the focus hides
 }
 
 void NavigationTest::slidesMeet()
 {
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news), a(&lcd, "a", &news), b(&lcd, "b", &news);
-    root.showMe();
-    a.showMe();
-    b.showMe(); // while the first still slides
-    QTRY_VERIFY(!a.isVisible() && !root.isVisible());
-    QCOMPARE(b.geometry(), shown);
-    b.hideMe();
-    b.showMe(); // back before it was out
-    QTRY_VERIFY(!a.isVisible());
-    QCOMPARE(b.geometry(), shown);
-    QVERIFY(b.isVisible());
-    b.hideMe();
-    a.hideMe();
-    QTRY_VERIFY(!b.isVisible() && !a.isVisible());
-    QVERIFY(root.isVisible());
-    QCOMPARE(root.geometry(), shown);
+    Stage on;
+    on.a.showMe();
+    on.b.showMe(); // while the first still slides
+    on.news.clear();
+    on.a.showMe(); // from under the other one
+    QCOMPARE(on.news, (QStringList{"-b", "+a"}));
+    QTRY_VERIFY(!on.b.isVisible());
+    QTRY_COMPARE(on.a.geometry(), shown);
+    QVERIFY(on.a.isVisible());
+    on.a.hideMe(); // it stood there once
+    QCOMPARE(focus(), "b");
+    on.b.hideMe();
+    QCOMPARE(focus(), "root");
+    on.b.showMe(); // back before it was out
+    on.a.showMe();
+    QTRY_VERIFY(!on.root.isVisible() && !on.b.isVisible());
+    QCOMPARE(on.a.geometry(), shown);
+    on.a.hideMe();
+    on.b.hideMe();
+    QTRY_VERIFY(!on.a.isVisible() && !on.b.isVisible());
+    QVERIFY(on.root.isVisible());
+    QCOMPARE(on.root.geometry(), shown);
 }
 
 void NavigationTest::knobReachesEveryItem()
 {
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news), page(&lcd, "page", &news);
-    page.showSaveButton();
-    root.showMe();
-    const auto leaves = [&](const char *keys) {
-        page.showMe();
-        Lcd::keys(keys);
-        return focus() == "root";
-    };
-    QVERIFY(leaves("DD\r")); // wheel, Save, Back
-    QVERIFY(leaves("D\r"));
-    QVERIFY(leaves("DDDDAA\x1b"));
-    QVERIFY(leaves("DDDDDAE\r")); // the end stops it
-    page.showMe();
+    Stage on;
+    on.a.showSaveButton();
+    for (const char *leaving : {"D\r", "DD\r", "DDDDAA\x1b", "DDDDDAE\r"}) { // wheel, Save, Back; the end stops it
+        on.a.showMe();
+        Lcd::keys(leaving);
+        QCOMPARE(focus(), "root");
+    }
+    on.a.showMe();
     Lcd::keys("DDDQQ\r"); // and so does the start; each opening begins there
-    QCOMPARE(QApplication::focusWidget(), &page.wheel);
+    QCOMPARE(QApplication::focusWidget(), &on.a.wheel);
 }
 
 void NavigationTest::editedItemHasTheKeyboard()
 {
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news), page(&lcd, "page", &news);
-    root.showMe();
-    page.showMe();
+    Stage on;
+    on.a.showMe();
     for (const char *end : {"\r", "\x1b"}) {
+        on.a.wheel.setCurrentText("a");
         Lcd::keys("\rD"); // selects the wheel, and turns it
-        QCOMPARE(page.wheel.text(), "b");
-        QCOMPARE(page.wheel.property("state"), "selected");
-        page.wheel.select(); // as the activation of a screen may
+        QCOMPARE(on.a.wheel.text(), "b");
+        QCOMPARE(on.a.wheel.property("state"), "selected");
+        on.a.wheel.select(); // as the activation of a screen may
         Lcd::keys(end);
-        QCOMPARE(focus(), "page");
-        QCOMPARE(page.wheel.property("state"), "hovered");
-        page.wheel.setCurrentText("a");
+        QCOMPARE(focus(), "a");
+        QCOMPARE(on.a.wheel.property("state"), "hovered");
     }
     Lcd::keys("\r");
-    page.hideMe(); // with the item still in hand
-    QCOMPARE(focus(), "root");
-}
-
-void NavigationTest::noScreenStandsTwice()
-{
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news), notice(&lcd, "notice", &news), other(&lcd, "other", &news);
-    root.showMe();
-    notice.showMe();
-    other.showMe();
-    news.clear();
-    notice.showMe(); // while the other one slides in over it
-    QCOMPARE(news, (QStringList{"-other", "+notice"}));
-    QTRY_VERIFY(!other.isVisible());
-    QTRY_COMPARE(notice.geometry(), shown);
-    QVERIFY(notice.isVisible());
-    notice.hideMe();
-    QCOMPARE(focus(), "other");
-    other.hideMe();
+    on.a.hideMe(); // with the item still in hand
     QCOMPARE(focus(), "root");
 }
 
 void NavigationTest::coveredNoticeLeavesLater()
 {
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news);
-    ScreenWarning lock(&lcd, false, false);
-    ScreenReconnecting reconnecting(&lcd);
-    root.showMe();
+    Stage on;
+    ScreenWarning lock(&on.lcd, false, false);
+    ScreenReconnecting reconnecting(&on.lcd);
     lock.present();
     reconnecting.present();
-    reconnecting.setFocus();
     Lcd::keys("\x1b\rDA"); // nobody leaves this one
-    QVERIFY(lock.isVisible() && reconnecting.isVisible());
-    lock.withdraw(); // covered: later
-    QVERIFY(QApplication::focusWidget() == &reconnecting);
+    lock.withdraw();       // covered: later
+    QVERIFY(lock.isVisible() && QApplication::focusWidget() == &reconnecting);
     reconnecting.withdraw();
     QTRY_COMPARE(focus(), "root");
     QTRY_VERIFY(!lock.isVisible() && !reconnecting.isVisible());
@@ -203,56 +172,40 @@ void NavigationTest::coveredNoticeLeavesLater()
     reconnecting.present();
     lock.withdraw();
     lock.present(); // wanted again: it comes to the top, and stays
-    QVERIFY(QApplication::focusWidget() == &lock);
     reconnecting.withdraw();
+    QCOMPARE(QApplication::focusWidget(), &lock);
     lock.withdraw();
     QTRY_COMPARE(focus(), "root");
-}
-
-void NavigationTest::reconnectionActivatesTheTop()
-{
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news), page(&lcd, "page", &news);
-    root.showMe();
-    page.showMe();
-    news.clear();
-    NavigationManager::instance()->connectionStateChanged(false);
-    NavigationManager::instance()->connectionStateChanged(true);
-    QCOMPARE(news, (QStringList{"-page", "+page"}));
 }
 
 void NavigationTest::destroyedScreensAreOut()
 {
     NavigationManager::instance()->connectionStateChanged(true); // nobody is left of the tests before
-    Lcd lcd;
-    QStringList news;
-    Page root(&lcd, "root", &news);
-    root.showMe();
+    Stage on;
     {
-        Page page(&lcd, "page", &news);
+        Page page(&on.lcd, "page", &on.news);
         page.showMe();
         Lcd::keys("\r");
     }
     QCOMPARE(focus(), "root");
+    on.news.clear();
+    NavigationManager::instance()->connectionStateChanged(false);
     NavigationManager::instance()->connectionStateChanged(true);
-    QCOMPARE(news.last(), "+root");
+    QCOMPARE(on.news, (QStringList{"-root", "+root"})); // active again: it asks for all its values
 }
 
 void NavigationTest::pendingEntriesAreCountedTogether()
 {
-    Lcd lcd;
-    QStringList news;
-    Page one(&lcd, "one", &news), two(&lcd, "two", &news);
-    const QSignalSpy ofOne(&one, &Screen::pendingEntriesFinished), ofTwo(&two, &Screen::pendingEntriesFinished);
-    one.endPendingEntry(); // none began
+    Stage on;
+    const QSignalSpy ofA(&on.a, &Screen::pendingEntriesFinished), ofB(&on.b, &Screen::pendingEntriesFinished);
+    on.a.endPendingEntry(); // none began
     Screen::beginPendingEntry();
     Screen::beginPendingEntry();
-    one.endPendingEntry();
-    QCOMPARE(ofOne.count() + ofTwo.count(), 0);
-    two.endPendingEntry();
-    QCOMPARE(ofOne.count(), 0);
-    QCOMPARE(ofTwo.count(), 1);
+    on.a.endPendingEntry();
+    QCOMPARE(ofA.count() + ofB.count(), 0);
+    on.b.endPendingEntry();
+    QCOMPARE(ofA.count(), 0);
+    QCOMPARE(ofB.count(), 1);
 }
 
 QTEST_MAIN(NavigationTest)

@@ -1,72 +1,41 @@
-#include "managers/variantmanager.h"
-#include "protocol/catalogue.h"
+#include "tests/ui/frame.h"
 #include "tests/ui/lcd.h"
 #include "tests/ui/wire.h"
-#include "ui/propertydisplaylabel.h"
 #include "ui/screendata.h"
 #include "ui/screens/screeninoutports.h"
 #include "ui/screens/sharedscreens.h"
 #include "ui/screenwarning.h"
 
 #include <QApplication>
-#include <QTest>
 
 namespace {
 
 ScreenData *page() { return static_cast<ScreenData *>(QApplication::focusWidget()); }
-QString title() { return page()->findChild<StyledLabel *>()->text(); }
+QString shown() { return Lcd::rows().join('|'); }
 
-/// The rows of the open page, from top to bottom: "5V present: present|Signal present: TBD".
-QString shown()
+/// The active signs of each row of the open list, a letter each.
+QString signs()
 {
-    QStringList rows;
+    static const QMap<QString, QChar> names{{"\uF084", 'k'}, {"\uF001", 'n'}, {"\uF012", 's'}, {"\uF1E6", 'p'},
+        {"\uF070", 'e'}, {"\U0001F507", 'm'}, {"\uF023", 'l'}};
+    QString rows;
     for (const DataLine *row : page()->findChildren<DataLine *>()) {
-        QString text = row->captionLabel()->text() + (row->values().isEmpty() ? "" : ":");
-        for (const PropertyDisplayLabel *value : row->values())
-            text += ' ' + value->text();
-        if (row->captionLabel()->isVisible())
-            rows += text.trimmed();
-    }
-    return rows.join('|');
-}
-
-/// The active signs of each row of the open list.
-QStringList signs()
-{
-    static const QMap<QString, QString> names{{"\uF084", "key "}, {"\uF001", "music "}, {"\uF012", "signal "},
-        {"\uF1E6", "plug "}, {"\uF070", "eye "}, {"\U0001F507", "speaker "}, {"\uF023", "lock "}};
-    QStringList rows;
-    for (const DataLine *row : page()->findChildren<DataLine *>()) {
-        QString active;
+        rows += rows.isEmpty() ? "" : " ";
         for (int i = 0; i < row->valueLayout()->count(); ++i) {
             const auto *sign = qobject_cast<StyledLabel *>(row->valueLayout()->itemAt(i)->widget());
-            if (sign && sign->property("active").toBool())
-                active += names.value(sign->text(), sign->text());
+            if (sign && sign->property("active").toBool() && !sign->text().isEmpty())
+                rows += names.value(sign->text(), '?');
         }
-        rows += active.trimmed();
     }
     return rows;
-}
-
-/// A frame with 16 inputs, 8 video outputs and 4 for audio only.
-void identify()
-{
-    auto *variant = VariantManager::instance();
-    variant->connectionStateChanged(false);
-    variant->propertyReceived("/.PartNumber", "47110027");
-    for (int slot = 2; slot <= 22; ++slot)
-        variant->propertyReceived(QString("/MANAGEMENT/UID.AddonHwVersion%1").arg(slot), "V12_");
 }
 
 } // namespace
 
 /// The pages of the ports, opened by the knob.
-class PortScreensTest : public QObject, public Dt3Sink
+class PortScreensTest : public QObject
 {
     Q_OBJECT
-public:
-    void propertyChanged(const QString &, const QString &value) override { m_handled = value.toInt(); }
-
 private slots:
     void initTestCase();
     void cleanupTestCase() { m_lcd.reset(); }
@@ -74,36 +43,33 @@ private slots:
     void rowsFollowKind_data();
     void rowsFollowKind();
     void audioOutputLearnsItsKind();
+    void statusShowsValues_data();
     void statusShowsValues();
     void nextPortStartsAfresh();
 
 private:
     QString open(bool input, int port);
     int nextPort() { return m_port = m_port % 8 + 1; } ///< Another one than last time, with video.
-    bool change(const QString &node, const QString &news);
+    void change(const QString &node, const QString &news);
 
     Wire m_wire;
     SharedScreens m_shared{};
     std::unique_ptr<Lcd> m_lcd;
     Screen *m_root = nullptr; ///< The LCD's, as the lists are.
     ScreenInOutPorts *m_inputs = nullptr, *m_outputs = nullptr;
-    int m_port = 0, m_sent = 0, m_handled = 0;
+    int m_port = 0;
 };
 
 void PortScreensTest::initTestCase()
 {
-    fillCatalogue();
+    QVERIFY(m_wire.connectProgram());
     m_lcd = std::make_unique<Lcd>();
     m_root = new ScreenWarning(m_lcd.get(), false, false);
     m_root->showMe();
     m_inputs = new ScreenInOutPorts(m_lcd.get(), true, m_shared);
     m_outputs = new ScreenInOutPorts(m_lcd.get(), false, m_shared);
     for (int link = 0; link < 2; ++link) // the lists are built once
-        identify();
-    Dt3Manager::instance()->connectToDevice();
-    QTRY_VERIFY(m_wire.hasClient());
-    Dt3Sink::open("/TEST");
-    m_wire.sendLines({"o- /TEST"});
+        identify("47110027", "12");      // 16 inputs, 8 video outputs and 4 for audio only
 }
 
 /// @return the node of the port.
@@ -113,46 +79,30 @@ QString PortScreensTest::open(bool input, int port)
     list->openedFrom(DataLine(m_root)); // as the menu does
     m_root->showMe();
     list->showMe();
-    Lcd::keys((QByteArray(port - 1, 'D') + '\r').constData());
+    Lcd::keys(QByteArray(port - 1, 'D') + '\r');
     return QString("/MEDIA/PORTS/VIDEO/%1%2").arg(input ? 'I' : 'O').arg(port);
 }
 
 /// Until the pages have it. @param news of the node and of those below: "PortType=DP STATUS.ColorDepth=8".
-bool PortScreensTest::change(const QString &node, const QString &news)
+void PortScreensTest::change(const QString &node, const QString &news)
 {
-    QStringList lines;
-    for (const QString &property : news.split(' ', Qt::SkipEmptyParts)) {
-        const QString path = node + (property.section('=', 0, 0).contains('.') ? "/" : ".") + property;
-        lines += {"o- " + Dt3Manager::nodeOf(path), "CHG " + path};
-    }
-    lines.removeDuplicates();
-    m_wire.sendLines(lines + QStringList{QString("CHG /TEST.Sent=%1").arg(++m_sent)});
-    return QTest::qWaitFor([this] { return m_handled == m_sent; });
+    for (const QString &property : news.split(' '))
+        m_wire.change(node + (property.section('=', 0, 0).contains('.') ? "/" : ".") + property.section('=', 0, 0),
+            property.section('=', 1));
+    QVERIFY(m_wire.settle());
 }
 
 void PortScreensTest::signsFollowStatus()
 {
-    const QString all = "key music signal plug eye lock";
-    const std::pair<QString, QString> ports[] = {{"UFF", all}, {"M2A", "eye"}, {"U5A", "eye lock"}, {"T03", "plug"},
-        {"T0C", "signal"}, {"T30", "key"}, {"TC0", "music"}, {"L-", "lock"}, {"M-FF", "eye"}, {"T", ""},
-        {"U", "eye lock"}, {"Mf3", "key music plug eye"}, {"mff", "key music signal plug"}, {"Lxy", "lock"},
-        {"LFF03", "plug lock"}, {"T-", ""}};
-    QStringList status, expected;
-    for (const auto &[part, active] : ports) {
-        status += part;
-        expected += active;
-    }
     m_inputs->showMe();
-    QVERIFY(change("/MEDIA/XP/VIDEO", "SourcePortStatus=" + status.join(';')));
-    QCOMPARE(signs(), expected);
-    QVERIFY(change("/MEDIA/XP/VIDEO", "SourcePortStatus=;M-;;L-; DestinationPortStatus=UFF;UFF;UFF"));
-    QCOMPARE(signs(), (QStringList{"eye", "lock"}) + expected.mid(2));
-    QVERIFY(change("/MEDIA/XP/VIDEO", "SourcePortStatus=" + QString("U-;").repeated(40)));
-    QCOMPARE(signs(), QStringList(16, "eye lock"));
+    const QString status = "SourcePortStatus=UFF;M2A;U5A;T03;T0C;T30;TC0;L-;M-FF;T;U;Mf3;mff;Lxy;LFF03;T-";
+    change("/MEDIA/XP/VIDEO", status);
+    QCOMPARE(signs(), "knspel e el p s k n l e  el knpe knsp l pl ");
+    change("/MEDIA/XP/VIDEO", "SourcePortStatus=;M-;;L- DestinationPortStatus=UFF;UFF;UFF");
+    QCOMPARE(signs(), "e l el p s k n l e  el knpe knsp l pl ");
     m_outputs->showMe();
-    QVERIFY(
-        change("/MEDIA/XP/VIDEO", "DestinationPortStatus=" + QString("UFF;").repeated(16) + " SourcePortStatus=L-"));
-    QCOMPARE(signs(), QStringList(8, all) + QStringList(4, "music speaker lock"));
+    change("/MEDIA/XP/VIDEO", "DestinationPortStatus=" + QString("UFF;").repeated(40) + " SourcePortStatus=L-");
+    QCOMPARE(signs(), QString("knspel ").repeated(8) + "nml nml nml nml");
 }
 
 void PortScreensTest::rowsFollowKind_data()
@@ -171,26 +121,20 @@ void PortScreensTest::rowsFollowKind_data()
     const QString outDp = "Power enable: TBD";
     const struct
     {
-        const char *type;
-        QString page, input[2], output[2], mode; // by version
+        const char *kind;
+        QString page, input, output, mode;
     } kinds[] = {
-        {"HDMI", hdmi, {inV1 + embedded, inV2 + embedded}, {outV1, outV2}, {}},
-        {"HDMI_AUDIO", hdmi + audio, {inV1 + analog, inV2 + analog}, {outV1, outV2}, "Audio Mode: HDMI Only|"},
-        {"DP", dp, {inDp + embedded, inDp + embedded}, {outDp, outDp}, {}},
-        {"DP_AUDIO", dp + audio, {inDp + analog, inDp + analog}, {outDp, outDp}, "Audio Mode: DP Only|"},
-        {"AUDIO", "Analog audio", {}, {}, {}},
+        {"PortType=HDMI PortVersion=V12", hdmi, inV1 + embedded, outV1, {}},
+        {"PortVersion=V20 PortType=HDMI", hdmi, inV2 + embedded, outV2, {}},
+        {"PortVersion=V12 PortType=HDMI_AUDIO", hdmi + audio, inV1 + analog, outV1, "Audio Mode: HDMI Only|"},
+        {"PortType=HDMI_AUDIO PortVersion=V20", hdmi + audio, inV2 + analog, outV2, "Audio Mode: HDMI Only|"},
+        {"PortType=DP PortVersion=V20", dp, inDp + embedded, outDp, {}},
+        {"PortVersion=V12 PortType=DP_AUDIO", dp + audio, inDp + analog, outDp, "Audio Mode: DP Only|"},
+        {"PortType=AUDIO PortVersion=V20", "Analog audio", {}, {}, {}},
     };
-    for (const auto &[type, page, input, output, mode] : kinds) {
-        for (const char *version : {"V12", "V20"}) {
-            const bool isV2 = version[1] == '2';
-            for (const char *order : {"PortType=%1 PortVersion=%2", "PortVersion=%2 PortType=%1"}) {
-                const QString kind = QString(order).arg(type, version);
-                QTest::addRow("in %s", qPrintable(kind))
-                    << kind << page << input[isV2] << analog + "|Analog Gain" << true;
-                QTest::addRow("out %s", qPrintable(kind))
-                    << kind << page << output[isV2] << "Audio Type: TBD|" + mode + "Analog Mute" << false;
-            }
-        }
+    for (const auto &[kind, page, input, output, mode] : kinds) {
+        QTest::addRow("in %s", kind) << kind << page << input << analog + "|Analog Gain" << true;
+        QTest::addRow("out %s", kind) << kind << page << output << "Audio Type: TBD|" + mode + "Analog Mute" << false;
     }
 }
 
@@ -204,27 +148,27 @@ void PortScreensTest::rowsFollowKind()
     const int number = nextPort() + (input ? 8 : 0);
     const QString node = open(input, number), port = QString("PORT %1").arg(number);
     QCOMPARE(shown(), "");
-    QVERIFY(change(node, kind));
-    QCOMPARE(title() + '|' + shown(), port + '|' + page);
+    change(node, kind);
+    QCOMPARE(Lcd::title() + '|' + shown(), port + '|' + page);
     const QString values = "SETTINGS.HdcpVersion=1 SETTINGS.EnableHPD=ON SETTINGS.Conversion=422 "
                            "ANALOGAUDIO.AudioMode=ANALOG EMBEDDEDAUDIO.AudioMode=HDMI";
     if (!settings.isEmpty()) {
         Lcd::keys("\r");
         const bool dp = page.startsWith("DisplayPort");
         const QString connected = !input ? "HPD present: TBD|" : dp ? "" : "5V present: TBD|";
-        QCOMPARE(title() + '|' + shown(),
+        QCOMPARE(Lcd::title() + '|' + shown(),
             port + " STATUS|Link Status|" + connected + "Signal present: TBD|Signal type: TBD|Bandwidth: TBD|"
                 + (dp ? "Lane counts: TBD|" : "") + "HDCP: TBD|Video Status|Resolution: TBD|Color depth: TBD|"
                 + "Color space: TBD|Embedded Audio Status|Audio type: TBD|Sampling f.: TBD|Advanced|Pixel clock: TBD|"
                 + "Total resolution: TBD" + (dp ? "" : "|Scrambling: TBD"));
         Lcd::keys("\033D\r");
-        QVERIFY(change(node, values));
-        QCOMPARE(title() + '|' + shown(), port + " SETTINGS|" + settings);
+        change(node, values);
+        QCOMPARE(Lcd::title() + '|' + shown(), port + " SETTINGS|" + settings);
         Lcd::keys("\033D");
     }
     if (page.contains("audio")) {
         Lcd::keys("\r");
-        QVERIFY(change(node, values));
+        change(node, values);
         QVERIFY2(shown().contains(audio), qPrintable(shown()));
     }
 }
@@ -236,69 +180,69 @@ void PortScreensTest::audioOutputLearnsItsKind()
     int port = 8;
     for (const char *kind : {"DP_AUDIO Audio Mode: DP Only|", "AUDIO ", "HDMI_AUDIO Audio Mode: HDMI Only|"}) {
         const QString node = open(false, ++port), type = QString(kind).section(' ', 0, 0);
-        QVERIFY(change(node, "EMBEDDEDAUDIO.AudioMode=HDMI ANALOGAUDIO.VolumePercent=49.5 ANALOGAUDIO.VolumedB=-12.4"));
+        change(node, "EMBEDDEDAUDIO.AudioMode=HDMI ANALOGAUDIO.VolumePercent=49.5 ANALOGAUDIO.VolumedB=-12.4");
         QCOMPARE(shown(), rows.arg("", "TBD"));
-        QVERIFY(change(node, "ANALOGAUDIO.Balance=5 PortType=" + type));
+        change(node, "ANALOGAUDIO.Balance=5 PortType=" + type);
         QCOMPARE(shown(), rows.arg(QString(kind).section(' ', 1), "5"));
     }
 }
 
+void PortScreensTest::statusShowsValues_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("expected");
+    // The name is what comes of a signal that is there.
+    const auto row = [](const char *name, const char *expected, const char *type = "HDMI") {
+        QTest::newRow(name) << type << expected;
+    };
+    row("STATUS.SignalType=DVI", "5V present: not present|Signal present: present|Signal type: DVI|");
+    row("STATUS.Connected=true STATUS.ColorDepth=8 STATUS.PixelClock=594 STATUS.SignalPresent=false",
+        "5V present: present|Signal present: not present|Signal type: -|Bandwidth: -|HDCP: -|Video Status|"
+        "Resolution: -|Color depth: -|Color space: -|Embedded Audio Status|Audio type: -|Sampling f.: -|Advanced|"
+        "Pixel clock: -|Total resolution: -|Scrambling: -|");
+    row("STATUS.ColorDepth=8 STATUS.PixelClock=594", "Bandwidth: 17.82 GBps|");
+    row("STATUS.ColorDepth=12 STATUS.PixelClock=297", "Bandwidth: 13.36 GBps|"); // in single precision
+    row("STATUS.DpLinkRate=HBR2 STATUS.DpLaneCount=4", "Bandwidth: HBR2|Lane counts: 4|", "DP");
+    row("STATUS.DpLinkRate=- STATUS.DpLaneCount=-", "Bandwidth: Link lost|Lane counts: Link lost|", "DP_AUDIO");
+    row("STATUS.ActiveHdcpVersion=0", "HDCP: no HDCP|");
+    row("STATUS.Hdcp2StreamType=1 STATUS.ActiveHdcpVersion=2 STATUS.Hdcp2StreamType=0", "HDCP: HDCP 2.3 Type0|");
+    row("STATUS.ActiveHdcpVersion=2 STATUS.Hdcp2StreamType=1", "HDCP: HDCP 2.3 Type1|");
+    row("STATUS.ActiveHdcpVersion=1 STATUS.ActiveHdcpVersion=3", "HDCP: HDCP 1.4|");
+    row("STATUS.ActiveResolution=1080p STATUS.ColorDepth=10 STATUS.ColorSpace=RGB",
+        "Resolution: 1080p|Color depth: 10 bpc|Color space: RGB|");
+    row("STATUS.ColorDepth=8 STATUS.ColorSpace=YUV_444", "Color depth: 8 bpc|Color space: YCbCr 4:4:4|");
+    row("STATUS.ColorDepth=8 STATUS.ColorSpace=YUV_422", "Color depth: 12 bpc|Color space: YCbCr 4:2:2|");
+    row("STATUS.ColorDepth=8 STATUS.ColorSpace=YUV_420", "Color depth: 8 bpc|Color space: YCbCr 4:2:0|");
+    row("STATUS.PixelClock=148.50 STATUS.TotalResolution=2200x1125 STATUS.Scrambling=true",
+        "Pixel clock: 148.50 MHz|Total resolution: 2200x1125|Scrambling: enabled|");
+    row("STATUS.Scrambling=false", "Scrambling: disabled|");
+    row("EMBEDDEDAUDIO.SamplingFreq=48.0 EMBEDDEDAUDIO.AudioType=LPCM", "Audio type: LPCM|Sampling f.: 48.0 kHz|");
+    row("EMBEDDEDAUDIO.SamplingFreq=48.0 EMBEDDEDAUDIO.AudioType=", "Audio type: No audio|Sampling f.: -|");
+    row("EMBEDDEDAUDIO.Connected=true EMBEDDEDAUDIO.SignalPresent=false EMBEDDEDAUDIO.AudioType=x",
+        "5V present: not present|Signal present: present|");
+}
+
 void PortScreensTest::statusShowsValues()
 {
-    const struct
-    {
-        const char *status, *expected, *audio = "", *type = "HDMI";
-    } cases[] = {
-        {"SignalType=DVI", "5V present: not present|Signal present: present|Signal type: DVI|"},
-        {"Connected=true ColorDepth=8 PixelClock=594 SignalPresent=false",
-            "5V present: present|Signal present: not present|Signal type: -|Bandwidth: -|HDCP: -|Video Status|"
-            "Resolution: -|Color depth: -|Color space: -|Embedded Audio Status|Audio type: -|Sampling f.: -|Advanced|"
-            "Pixel clock: -|Total resolution: -|Scrambling: -|"},
-        {"ColorDepth=8 PixelClock=594", "Bandwidth: 17.82 GBps|"},
-        {"ColorDepth=12 PixelClock=297", "Bandwidth: 13.36 GBps|"}, // in single precision
-        {"ColorDepth=8 PixelClock=-", "Bandwidth: 0.00 GBps|"},
-        {"DpLinkRate=HBR2 DpLaneCount=4", "Bandwidth: HBR2|Lane counts: 4|", "", "DP"},
-        {"DpLinkRate=- DpLaneCount=-", "Bandwidth: Link lost|Lane counts: Link lost|", "", "DP_AUDIO"},
-        {"ActiveHdcpVersion=0", "HDCP: no HDCP|"},
-        {"ActiveHdcpVersion=1 Hdcp2StreamType=1", "HDCP: HDCP 1.4|"},
-        {"ActiveHdcpVersion=2", "HDCP: HDCP 2.3 Type0|"},
-        {"ActiveHdcpVersion=2 Hdcp2StreamType=1", "HDCP: HDCP 2.3 Type1|"},
-        {"Hdcp2StreamType=1 ActiveHdcpVersion=2 Hdcp2StreamType=0", "HDCP: HDCP 2.3 Type0|"},
-        {"ActiveHdcpVersion=1 ActiveHdcpVersion=3", "HDCP: HDCP 1.4|"},
-        {"ActiveResolution=1080p ColorDepth=10 ColorSpace=RGB",
-            "Resolution: 1080p|Color depth: 10 bpc|Color space: RGB|"},
-        {"ColorDepth=8 ColorSpace=YUV_444", "Color depth: 8 bpc|Color space: YCbCr 4:4:4|"},
-        {"ColorDepth=8 ColorSpace=YUV_422", "Color depth: 12 bpc|Color space: YCbCr 4:2:2|"},
-        {"ColorDepth=8 ColorSpace=YUV_420", "Color depth: 8 bpc|Color space: YCbCr 4:2:0|"},
-        {"ColorSpace=XYZ", "Color space: XYZ|"},
-        {"PixelClock=148.50 TotalResolution=2200x1125 Scrambling=true",
-            "Pixel clock: 148.50 MHz|Total resolution: 2200x1125|Scrambling: enabled|"},
-        {"Scrambling=false", "Scrambling: disabled|"},
-        {"", "Audio type: LPCM|Sampling f.: 48.0 kHz|", "SamplingFreq=48.0 AudioType=LPCM"},
-        {"", "Audio type: No audio|Sampling f.: -|", "SamplingFreq=48.0 AudioType="},
-        {"", "5V present: not present|Signal present: present|", "Connected=true SignalPresent=false AudioType=x"},
-    };
-    for (const auto &[status, expected, audio, type] : cases) {
-        const QString node = open(true, nextPort());
-        QVERIFY(change(node, QString("PortType=") + type));
-        Lcd::keys("\r");
-        QVERIFY(change(node + "/STATUS", QString("SignalPresent=true ") + status));
-        QVERIFY(change(node + "/EMBEDDEDAUDIO", audio));
-        QVERIFY2((shown() + '|').contains(expected), qPrintable(QString(status) + audio + " shows " + shown()));
-    }
+    QFETCH(QString, type);
+    QFETCH(QString, expected);
+    const QString node = open(true, nextPort());
+    change(node, "PortType=" + type);
+    Lcd::keys("\r");
+    change(node, QString("STATUS.SignalPresent=true ") + QTest::currentDataTag());
+    QVERIFY2((shown() + '|').contains(expected), qPrintable(shown()));
 }
 
 void PortScreensTest::nextPortStartsAfresh()
 {
     const QString earlier = open(true, nextPort());
-    QVERIFY(change(earlier, "PortType=HDMI_AUDIO PortVersion=V20"));
+    change(earlier, "PortType=HDMI_AUDIO PortVersion=V20");
     Lcd::keys("\r");
-    QVERIFY(change(earlier,
-        "STATUS.Connected=true STATUS.SignalPresent=true STATUS.ActiveResolution=1080p "
-        "STATUS.ActiveHdcpVersion=1 EMBEDDEDAUDIO.AudioType=LPCM"));
-    QVERIFY(shown().contains("Audio type: LPCM"));
+    change(earlier,
+        "STATUS.Connected=true STATUS.SignalPresent=true STATUS.ActiveHdcpVersion=1 "
+        "EMBEDDEDAUDIO.AudioType=LPCM");
     Lcd::keys("\033D\r");
-    QVERIFY(change(earlier + "/SETTINGS", "HdcpVersion=0"));
+    change(earlier, "SETTINGS.HdcpVersion=0");
     QVERIFY(shown().contains("HDCP: Disable"));
 
     const QString node = open(true, nextPort());
@@ -307,7 +251,7 @@ void PortScreensTest::nextPortStartsAfresh()
     late(".PortType", "HDMI_AUDIO");
     late(".PortVersion", "V20");
     QCOMPARE(shown(), "");
-    QVERIFY(change(node, "PortType=HDMI"));
+    change(node, "PortType=HDMI");
     late(".PortType", "DP_AUDIO");
     QCOMPARE(shown(), "HDMI status|HDMI settings");
     Lcd::keys("\r");
@@ -316,13 +260,13 @@ void PortScreensTest::nextPortStartsAfresh()
     late("/STATUS.SignalPresent", "true");
     late("/EMBEDDEDAUDIO.AudioType", "LPCM");
     QCOMPARE(shown(), unknown);
-    QVERIFY(change(node + "/STATUS", "SignalPresent=true"));
-    for (const char *row : {"5V present: not present|", "|Resolution:|", "|HDCP: TBD|", "|Audio type: No audio|"})
+    change(node, "STATUS.SignalPresent=true");
+    for (const char *row : {"5V present: not present|", "|HDCP: TBD|", "|Audio type: No audio|"})
         QVERIFY2(shown().contains(row), qPrintable(shown()));
     Lcd::keys("\033D\r");
     QCOMPARE(shown(), "Audio source: TBD"); // of a version that is not known yet
     Lcd::keys("\033");
-    QVERIFY(change(node, "PortVersion=V12"));
+    change(node, "PortVersion=V12");
     Lcd::keys("\r");
     late("/SETTINGS.HdcpVersion", "3");
     QCOMPARE(shown(), "HDCP: TBD|Hotplug: TBD|Audio source: TBD");
