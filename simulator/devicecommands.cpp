@@ -88,10 +88,7 @@ Action parseUpgrade(CommandContext &context, Arguments &arguments)
 Action parsePresetAdd(CommandContext &context, Arguments &arguments)
 {
     CoreService &core = context.device.core();
-    return atOnce([&core, name = arguments.text("NAME")] {
-        core.addPreset(name);
-        return QString();
-    });
+    return atOnce([&core, name = arguments.text("NAME")] { return core.addPreset(name); });
 }
 
 Action parsePresetRemove(CommandContext &context, Arguments &arguments)

@@ -46,7 +46,7 @@ void Session::start()
         m_input->next();
     } else if (m_options.hasScript) {
         readScriptFile();
-    } else if (makeDevice() && switchOn() && servePage()) {
+    } else if (makeDevice() && switchOn()) {
         runConsole();
     }
 }
@@ -123,6 +123,8 @@ bool Session::switchOn()
                         .arg(m_options.frame->outputPortCount())
                         .arg(m_options.frame->layoutId())
                         .arg(m_device->core().port()));
+    if (!showPage())
+        return false;
     if (m_device->hasProgram())
         m_device->startProgram();
     return !m_ending;
@@ -144,7 +146,7 @@ void Session::playScript()
     const QString error = m_script->check();
     if (!error.isEmpty())
         end(ExitCode::Usage, error);
-    else if (switchOn() && servePage())
+    else if (switchOn())
         m_script->start();
 }
 
@@ -174,10 +176,16 @@ void Session::makeExecutor()
     connect(m_executor.get(), &CommandExecutor::quitRequested, this, &Session::stop);
 }
 
+bool Session::showPage()
+{
+    if (!m_options.withPage || (!m_web && !servePage()))
+        return !m_options.withPage;
+    m_web->setDevice(m_device.get());
+    return true;
+}
+
 bool Session::servePage()
 {
-    if (!m_options.withPage)
-        return true;
     m_web = std::make_unique<WebServer>();
     bool listens = m_web->listen(m_options.httpPort.value_or(usualHttpPort));
     if (!listens && !m_options.httpPort) { // another simulator may have it
@@ -186,14 +194,14 @@ bool Session::servePage()
     }
     if (!listens) {
         end(ExitCode::Missing,
-            QStringLiteral("The page cannot be served on port %1 of 127.0.0.1: %2.\n\"--http-port 0\" takes a free one.")
+            QStringLiteral(
+                "The page cannot be served on port %1 of 127.0.0.1: %2.\n\"--http-port 0\" takes a free one.")
                 .arg(m_options.httpPort.value_or(0))
                 .arg(m_web->errorString()));
         return false;
     }
     connect(m_web.get(), &WebServer::frameRequested, this, &Session::playFrame, Qt::QueuedConnection);
     connect(m_web.get(), &WebServer::quitRequested, this, &Session::stop, Qt::QueuedConnection);
-    m_web->setDevice(m_device.get());
     const QString address = QStringLiteral("http://127.0.0.1:%1").arg(m_web->port());
     m_printer.print(QStringLiteral("page: ") + address);
     if (m_options.openPage && !m_options.hasScript && hasDesktop())
@@ -221,7 +229,6 @@ void Session::playFrame(int row)
         return;
     if (hadConsole)
         makeExecutor();
-    m_web->setDevice(m_device.get());
     if (wasBusy)
         noteResult({ExitCode::Failed, QStringLiteral("the frame model was changed meanwhile")});
 }

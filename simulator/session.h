@@ -33,7 +33,8 @@ private:
     bool makeDevice();
     bool switchOn();
     void runConsole();
-    /// False: the run has been ended.
+    /// Shows the device on the page, where there is to be one. False: the run has been ended.
+    bool showPage();
     bool servePage();
     void makeExecutor();
     /// Ends device and program, and starts those of another frame model.

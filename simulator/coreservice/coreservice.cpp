@@ -92,11 +92,7 @@ QString CoreService::callMethod(const QString &methodPath, const QString &argume
 
 QStringList CoreService::presetNames() const { return d->presets.names(); }
 
-void CoreService::addPreset(const QString &name)
-{
-    if (const QString error = d->presets.store(name); !error.isEmpty())
-        qWarning("Preset not stored: %s", qUtf8Printable(error));
-}
+QString CoreService::addPreset(const QString &name) { return d->presets.store(name); }
 
 bool CoreService::removePreset(const QString &name) { return d->presets.remove(name); }
 

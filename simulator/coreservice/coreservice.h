@@ -35,8 +35,9 @@ public:
     QString callMethod(const QString &methodPath, const QString &arguments);
 
     QStringList presetNames() const;
-    /// Stores the present routing under this name; an existing preset of that name is overwritten.
-    void addPreset(const QString &name);
+    /// Stores the present routing under this name; an existing preset of that name is overwritten. Empty on success,
+    /// else what is wrong with the name.
+    QString addPreset(const QString &name);
     /// False: no such preset.
     bool removePreset(const QString &name);
 

@@ -35,6 +35,12 @@ DeviceView::DeviceView(Device &device, qint64 firstLogNumber, QObject *parent)
     prepare(m_commands);
 }
 
+DeviceView::~DeviceView()
+{
+    // Commands that end with it let go of keys, and that is told to the pages: to none any more.
+    const auto runners = std::exchange(m_pages, {});
+}
+
 void DeviceView::prepare(CommandRunner &runner)
 {
     connect(&runner, &CommandRunner::lineBegun, &m_recorder, &Recorder::noteCommand);
@@ -55,7 +61,7 @@ void DeviceView::add(FrontPage *page)
 
 void DeviceView::remove(FrontPage *page)
 {
-    m_pages.erase(page);
+    const auto runner = m_pages.extract(page); // ends behind the rest: a key that it holds comes up then
     m_lcd.remove(page);
     m_held.releaseAll(page);
 }

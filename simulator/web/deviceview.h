@@ -20,6 +20,7 @@ class DeviceView : public QObject
 public:
     /// @param device borrowed; outlives the view. @param firstLogNumber number of the first line of the log.
     DeviceView(Device &device, qint64 firstLogNumber, QObject *parent = nullptr);
+    ~DeviceView() override;
 
     /// Tells a page all there is to know and keeps it up to date from then on.
     /// @param page borrowed until it is removed.
@@ -32,6 +33,7 @@ public:
     CommandRunner &commands() { return m_commands; }
     QImage lcd() const { return m_device.bed().lcd(); }
     qint64 nextLogNumber() const { return m_log.nextNumber(); }
+    bool isRecording() const { return m_recorder.isOn(); }
 
 signals:
     void quitRequested();
@@ -51,6 +53,6 @@ private:
     BenchState m_bench;
     LogFeed m_log;
     Recorder m_recorder;
-    CommandRunner m_commands;
     std::map<FrontPage *, std::unique_ptr<CommandRunner>> m_pages;
+    CommandRunner m_commands;
 };

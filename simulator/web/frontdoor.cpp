@@ -41,4 +41,6 @@ void FrontDoor::admit(QTcpSocket *socket, const RequestHead &head)
     addPendingConnection(socket);
     emit socket->readyRead(); // what has been peeked at is news to the HTTP server
     QObject::disconnect(socket, &QTcpSocket::readyRead, nullptr, nullptr);
+    // More is for nobody; left unread, it would hide that the client has gone.
+    connect(socket, &QTcpSocket::readyRead, socket, [socket] { socket->readAll(); });
 }

@@ -10,6 +10,8 @@ namespace {
 constexpr int mostPicturesUnderWay = 3;
 /// A page that lets so many bytes pile up can as well come back later and get the present state.
 constexpr qint64 mostUnsent = 4 * 1024 * 1024;
+/// What the socket takes at all; beyond that it hangs up at once, and a browser does not get to read why.
+constexpr quint64 mostReceived = 16 * PageMessage::largest;
 /// How long a page may take to confirm that it has been closed.
 constexpr auto farewellTime = 1s;
 
@@ -19,8 +21,9 @@ FrontPage::FrontPage(std::unique_ptr<QWebSocket> socket, std::chrono::millisecon
     : QObject(parent)
     , m_socket(std::move(socket))
 {
-    m_socket->setMaxAllowedIncomingFrameSize(PageMessage::largest);
-    m_socket->setMaxAllowedIncomingMessageSize(PageMessage::largest);
+    m_socket->setMaxAllowedIncomingFrameSize(mostReceived);
+    m_socket->setMaxAllowedIncomingMessageSize(mostReceived);
+    m_socket->setReadBufferSize(0); // the request's limit was for the request
     connect(m_socket.get(), &QWebSocket::textMessageReceived, this, &FrontPage::read);
     connect(m_socket.get(), &QWebSocket::binaryMessageReceived, this,
         [this] { close(Binary, QStringLiteral("pages speak text")); });
@@ -62,7 +65,9 @@ void FrontPage::read(const QString &text)
 {
     if (m_closing)
         return;
-    if (const std::optional<PageMessage> message = parsePageMessage(text))
+    if (text.toUtf8().size() > PageMessage::largest)
+        close(TooLarge, QStringLiteral("a message has at most %1 bytes").arg(PageMessage::largest));
+    else if (const std::optional<PageMessage> message = parsePageMessage(text))
         emit messageReceived(*message);
     else
         close(Malformed, QStringLiteral("not understood: ") + text.left(60));

@@ -14,8 +14,8 @@ class FrontPage : public QObject
 {
     Q_OBJECT
 public:
-    /// Close codes of the protocol. Those of its own for too large messages and broken UTF-8 the socket sends itself.
-    enum CloseCode { Binary = 1003, Malformed = 1007, TooManyPages = 1013 };
+    /// Close codes of the protocol. That for broken UTF-8 the socket sends itself.
+    enum CloseCode { Binary = 1003, Malformed = 1007, TooLarge = 1009, TooManyPages = 1013 };
 
     /// @param socket connected. @param pingTime how often to ask whether the page is still there; it is taken for gone
     /// when it has not answered by the next time.

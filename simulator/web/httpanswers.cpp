@@ -18,8 +18,8 @@ using Method = QHttpServerRequest::Method;
 /// take a WebSocket of the same host for the page's own.
 QByteArray contentPolicy(const QByteArray &host)
 {
-    return "default-src 'none'; script-src 'self'; style-src 'self'; font-src 'self'; manifest-src 'self'; "
-           "worker-src 'self'; img-src 'self' blob: data:; connect-src 'self' ws://"
+    return "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' blob: data:; connect-src 'self' "
+           "ws://"
         + host + "; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 }
 
@@ -47,6 +47,12 @@ public:
         m_socket->disconnectFromHost();
     }
 
+    void redirect(const QByteArray &path)
+    {
+        m_responder.write(QByteArray(), {{"Location", path}, {"Connection", "close"}}, Status::SeeOther);
+        m_socket->disconnectFromHost();
+    }
+
     void refuse(Status status) { send(status, "text/plain", QByteArray::number(int(status)) + '\n'); }
 
 private:
@@ -54,6 +60,14 @@ private:
     QHttpServerResponder m_responder;
     QTcpSocket *m_socket;
 };
+
+/// A link or a script of another site leads here. What the page's address asks for, another frame, is not that site's
+/// to ask.
+bool isLedFromElsewhere(const QHttpServerRequest &request)
+{
+    const QByteArray site = request.value("Sec-Fetch-Site"); // browsers send it
+    return !site.isEmpty() && site != "none" && site != "same-origin";
+}
 
 /// Those with a command in them. Nothing where the text is no UTF-8.
 std::optional<QStringList> commandLines(const QByteArray &body)
@@ -131,7 +145,9 @@ void HttpAnswers::sendFile(const QHttpServerRequest &request, QHttpServerRespond
     const QString path = request.url().path(QUrl::FullyEncoded);
     const bool isCommand = path == "/command";
     const PageFiles::File *file = m_files.find(path);
-    if (isCommand || request.method() != Method::Get)
+    if (file && request.url().hasQuery() && isLedFromElsewhere(request))
+        answer.redirect(path.toLatin1());
+    else if (isCommand || request.method() != Method::Get)
         answer.refuse(Status::MethodNotAllowed);
     else if (file)
         answer.send(Status::Ok, file->type, file->contents);

@@ -10,14 +10,7 @@ constexpr struct
 } types[] = {
     {"html", "text/html; charset=utf-8"},
     {"js", "text/javascript; charset=utf-8"},
-    {"mjs", "text/javascript; charset=utf-8"},
     {"css", "text/css; charset=utf-8"},
-    {"json", "application/json"},
-    {"webmanifest", "application/manifest+json"},
-    {"svg", "image/svg+xml"},
-    {"png", "image/png"},
-    {"ico", "image/x-icon"},
-    {"woff2", "font/woff2"},
 };
 
 QByteArray typeOf(const QString &suffix)

@@ -10,7 +10,7 @@ struct PageMessage
     enum class Type { Press, Release, ReleaseAll, Turn, Command, Frame, StartRecording, StopRecording };
 
     static constexpr int mostDetents = 20;
-    static constexpr int largest = 64 * 1024; ///< Bytes.
+    static constexpr int largest = 64 * 1024; ///< Bytes of UTF-8.
 
     Type type = Type::ReleaseAll;
     std::optional<PageKey> key; ///< Press and Release have one.

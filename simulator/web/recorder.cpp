@@ -71,7 +71,10 @@ void Recorder::start()
 void Recorder::addStart()
 {
     const FrameDescriptor &frame = m_device.frame();
-    add(QStringLiteral("# Recorded on frame %1.").arg(frame.partNumber, 8, 10, QLatin1Char('0')));
+    add(QStringLiteral(
+        "# Recorded on frame %1. Where the menu stood then, a script does not know: it begins in the main "
+        "menu.")
+            .arg(frame.partNumber, 8, 10, QLatin1Char('0')));
     const CoreService fresh(frame);
     const qsizetype before = m_lines.size();
     for (const char *path : kept) {
@@ -79,6 +82,9 @@ void Recorder::addStart()
         if (fresh.property(QString::fromLatin1(path)) != value)
             add(QStringLiteral("set %1=%2").arg(QString::fromLatin1(path), value));
     }
+    const QStringList presets = m_device.core().presetNames();
+    for (const QString &preset : presets)
+        add(QStringLiteral("preset add ") + argument(preset));
     if (m_lines.size() != before)
         add(QStringLiteral("wait-lcd-still"));
 }
@@ -86,7 +92,7 @@ void Recorder::addStart()
 QString Recorder::stop()
 {
     const auto pressed = m_pressed; // a copy: noteButton() takes from it
-    for (const auto &[key, line] : pressed) {
+    for (const auto &[key, press] : pressed) {
         if (key.isButton())
             noteButton(key.panel(), key.button(), false);
         else
@@ -104,7 +110,15 @@ QJsonObject Recorder::message() const
     return {{"type", "recording"}, {"on", m_isOn}, {"lines", m_isOn ? int(m_lines.size()) : 0}};
 }
 
-int Recorder::elapsed() const { return int(std::clamp<qint64>(m_sinceAction.elapsed(), 1, 600000)); }
+int Recorder::elapsed(const QElapsedTimer &since) { return int(std::clamp<qint64>(since.elapsed(), 1, 600000)); }
+
+/// The last line is the press of this key.
+void Recorder::notePress(PageKey key)
+{
+    Press press{m_lines.size() - 1, {}};
+    press.since.start();
+    m_pressed.insert_or_assign(key, press);
+}
 
 void Recorder::add(const QString &line)
 {
@@ -123,7 +137,7 @@ void Recorder::addAction(const QString &line)
 
 void Recorder::addPause()
 {
-    const int pause = elapsed();
+    const int pause = elapsed(m_sinceAction);
     const int still = int(lcdStill.count());
     // Where the person saw the LCD at rest, so does the script, on a slower machine too.
     const bool sawRest = pause >= still + shortestPause && m_lcd.stillTime() >= lcdStill;
@@ -159,14 +173,14 @@ void Recorder::noteButton(int panel, int button, bool pressed)
     const PageKey key = PageKey::ofButton(panel, button);
     if (pressed) {
         addAction(QStringLiteral("press ") + name);
-        m_pressed.insert_or_assign(key, m_lines.size() - 1);
+        notePress(key);
         return;
     }
     const auto down = m_pressed.find(key);
     if (down == m_pressed.end())
         return; // it went down before
-    if (isLast(down->second)) {
-        m_lines.last() = QStringLiteral("tap %1 %2").arg(name).arg(elapsed());
+    if (isLast(down->second.line)) {
+        m_lines.last() = QStringLiteral("tap %1 %2").arg(name).arg(elapsed(down->second.since));
         m_sinceAction.start();
     } else {
         addAction(QStringLiteral("release ") + name);
@@ -182,14 +196,14 @@ void Recorder::noteKeyboardKey(int code, bool pressed)
         return;
     if (pressed) {
         addAction(key->name());
-        m_pressed.insert_or_assign(*key, m_lines.size() - 1);
+        notePress(*key);
         return;
     }
     const auto down = m_pressed.find(*key);
     if (down == m_pressed.end())
         return;
-    m_lines[down->second] = QStringLiteral("%1 %2").arg(key->name()).arg(elapsed());
-    if (isLast(down->second))
+    m_lines[down->second.line] = QStringLiteral("%1 %2").arg(key->name()).arg(elapsed(down->second.since));
+    if (isLast(down->second.line))
         m_sinceAction.start();
     m_pressed.erase(down);
 }
@@ -199,7 +213,7 @@ void Recorder::noteTurn(int detents, std::chrono::milliseconds spacing)
     if (!m_isOn)
         return;
     const bool goesOn = isLast(m_turnLine) && spacing == m_spacing && (detents > 0) == (m_turned > 0)
-        && elapsed() < oneTurn && std::abs(m_turned + detents) <= mostDetents;
+        && elapsed(m_sinceAction) < oneTurn && std::abs(m_turned + detents) <= mostDetents;
     if (!goesOn)
         addAction({});
     m_turned = goesOn ? m_turned + detents : detents;

@@ -52,8 +52,14 @@ private:
     void addOutcome();
     void addStart();
     bool isLast(qsizetype line) const { return line != nowhere && line == m_lines.size() - 1; }
-    int elapsed() const;
+    static int elapsed(const QElapsedTimer &since);
+    void notePress(PageKey key);
 
+    struct Press
+    {
+        qsizetype line; // where it is in the script
+        QElapsedTimer since;
+    };
     struct Led
     {
         int seen = 0;
@@ -66,9 +72,9 @@ private:
     bool m_isOn = false;
     QStringList m_lines;
     QElapsedTimer m_sinceAction;
-    QStringList m_requests;                 // since the last action
-    std::map<PageKey, qsizetype> m_pressed; // where the lines are
-    qsizetype m_turnLine = nowhere;         // the last action, if it was a turn
+    QStringList m_requests; // since the last action
+    std::map<PageKey, Press> m_pressed;
+    qsizetype m_turnLine = nowhere; // the last action, if it was a turn
     int m_turned = 0;
     std::chrono::milliseconds m_spacing{};
     std::array<std::array<Led, 41>, 4> m_leds; // by panel and number, both from 1

@@ -68,7 +68,10 @@ void WebServer::admitPage()
 
 void WebServer::handle(FrontPage *page, const PageMessage &message)
 {
-    if (message.type == PageMessage::Type::Frame)
+    if (message.type == PageMessage::Type::Frame && m_view && m_view->isRecording())
+        page->send({{"type", "result"}, {"id", message.id}, {"ok", false},
+            {"text", "A script is being recorded; stop that first, or it would be lost."}});
+    else if (message.type == PageMessage::Type::Frame)
         QMetaObject::invokeMethod(
             this, [this, row = message.row] { emit frameRequested(row); }, Qt::QueuedConnection);
     else if (m_view)

@@ -248,6 +248,15 @@ test('pictures of the LCD: the PNG to the pixel, the GIF of many frames', async 
     assert.ok(gif.toString('latin1').split('\x21\xf9\x04').length > 4, 'frames');
 });
 
+test('a message that is too large ends its connection, and says so', async () => {
+    const page = await openPage();
+    assert.equal(await page.evaluate(() => new Promise((resolve) => {
+        const socket = new WebSocket(`ws://${location.host}/front`);
+        socket.onopen = () => socket.send('x'.repeat(65537));
+        socket.onclose = ({ code }) => resolve(code);
+    })), 1009);
+});
+
 test('what is recorded replays', async () => {
     const page = await openPage();
     await page.locator('#record').click();
@@ -297,8 +306,8 @@ test('a page that lost the simulator catches up with the next one', async () => 
 });
 
 test('nothing covers anything else, at any size of the window', async () => {
-    const page = await openPage('?frame=20');
-    await page.locator('.panel').nth(1).waitFor();
+    const page = await openPage('?frame=17'); // three panels
+    await page.locator('.panel').nth(2).waitFor();
     for (const [width, height] of [[1024, 700], [1200, 800], [1366, 768], [1440, 900], [1600, 900], [1920, 1080]]) {
         for (const zoom of ['2×', '3×']) {
             await page.setViewportSize({ width, height });
@@ -311,6 +320,8 @@ test('nothing covers anything else, at any size of the window', async () => {
                     && a.top < b.bottom - 1 && b.top < a.bottom - 1;
                 return parts.flatMap((one, index) => parts.slice(index + 1).filter((other) => covers(one, other))
                     .map((other) => `${one[0]} and ${other[0]}`))
+                    .concat([...document.querySelectorAll('.key')].filter((key) => key.scrollHeight > key.clientHeight)
+                        .map((key) => `${key.textContent} is cut`))
                     .concat(parts.filter(([, box]) => box.right > innerWidth).map(([name]) => `${name} leaves the window`));
             });
             assert.deepEqual(faults, [], `${width} x ${height}, ${zoom}`);

@@ -231,7 +231,9 @@ void WebServerTest::answersRequests_data()
     row("longest head", request("GET /", "X: " + QByteArray(rest, 'x') + "\r\n"), 200);
     row("longer head", request("GET /", "X: " + QByteArray(rest + 1, 'x') + "\r\n"), 431);
     row("much longer head", request("GET /", "X: " + QByteArray(3000000, 'x') + "\r\n"), 431);
-    row("with a query", request("GET /?frame=3&zoom=2"), 200);
+    row("with a query", request("GET /?frame=3&zoom=2", "Sec-Fetch-Site: none\r\n"), 200);
+    row("led by another site", request("GET /?frame=3", "Sec-Fetch-Site: cross-site\r\n"), 303);
+    row("led by another site, as it is", request("GET /", "Sec-Fetch-Site: same-site\r\n"), 200);
     row("LCD", request("GET /lcd.png"), 200);
     for (const char *path : {"/nothing", "/page/index.html", "/../demo/demo.script", "/%2e%2e/demo/demo.script", "/.",
              "//index.html", "/index.html/", "/front"})
@@ -304,6 +306,8 @@ void WebServerTest::executesCommands_data()
     row("the first that fails is the last", "leds\nget /SYS.No\nleds",
         "{\"ok\":false,\"results\":[{\"line\":\"leds\",\"ok\":true,\"text\":\"all LEDs are 0\"},"
         "{\"line\":\"get /SYS.No\",\"ok\":false,\"text\":\"the device has no property /SYS.No\"}]}\n");
+    row("a name that a preset cannot have", "preset add /x/y",
+        "\"ok\":false,\"text\":\"name not accepted: /x/y\"}]}\n");
     row("nothing", "\n# only talk\n", "{\"ok\":true,\"results\":[]}\n");
     row("no UTF-8", "set /SYS/CECU/LCD.Message=\xff\n", "\r\n\r\n400\n");
 }
@@ -597,6 +601,7 @@ void WebServerTest::recordsWhatReplays()
              R"({"type":"turn","detents":-1,"fast":true})", R"({"type":"turn","detents":1,"fast":false})",
              R"({"type":"press","key":"push"})", R"({"type":"release-all"})"})
         page.say(message);
+    QTRY_VERIFY(rig.device->bed().led(1, 17) == 1);
     page.say(R"({"type":"command","id":2,"line":"wait 700"})");
     page.say(R"({"type":"command","id":2,"line":"set /SYS/CECU/LCD.Brightness=3"})");
     QTRY_COMPARE(page.last("result")["id"], 2);
@@ -606,9 +611,8 @@ void WebServerTest::recordsWhatReplays()
     QVERIFY(!page.last("recording")["on"].toBool());
     const QStringList script = page.last("result")["text"].toString().split('\n');
     const QString shape = script.join('|');
-    QVERIFY2(shape.contains("expect led source 3 1|")
-            && shape.startsWith("# Recorded on frame 47110001.|"
-                                "set /SYS/CECU/LCD.AutoTake=true|wait-lcd-still|press source 3|"),
+    QVERIFY2(shape.contains("expect led source 3 1|") && shape.startsWith("# Recorded on frame 47110001. ")
+            && shape.contains("|set /SYS/CECU/LCD.AutoTake=true|wait-lcd-still|press source 3|"),
         qPrintable(shape));
     for (const char *part : {"|turn -3 fast|turn 1|", "|expect request \"SET /SYS/CECU/LCD.Message=a  \\\"3\\\"\"|",
              "|expect led destination 1 1|", "|wait-lcd-still 300|", "|set /SYS/CECU/LCD.Brightness=3|", "|push "})
@@ -633,7 +637,10 @@ void WebServerTest::exchangesTheDevice()
     Page page(rig);
     QTRY_VERIFY(page.hasPicture());
     page.say(R"({"type":"press","key":"1.17"})");
-    page.say(R"({"type":"command","id":1,"line":"wait 60000"})");
+    page.say(R"({"type":"command","id":1,"line":"tap take 60000"})"); // ends with the device, and tells that
+    Page other(rig);
+    QTRY_COMPARE(page.held(), "1.17 1.33");
+    QTRY_VERIFY(other.hasPicture());
     QTcpSocket core;
     core.connectToHost(QHostAddress::LocalHost, rig.device->core().port());
     core.write("GET /.SerialNumber\r\n");

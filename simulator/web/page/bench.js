@@ -44,10 +44,16 @@ export class Bench {
 
     /// Runs a line and shows its answer.
     async #run(line) {
+        this.#answer.dataset.kind = 'busy';
+        this.#answer.textContent = `Running: ${line}`;
         const result = await this.#connection.command(line);
-        this.#answer.dataset.kind = result.ok ? 'good' : 'bad';
-        this.#answer.textContent = result.text || (result.ok ? `Done: ${line}` : `Failed: ${line}`);
+        this.#showAnswer(result, line);
         return result;
+    }
+
+    #showAnswer({ ok, text }, line) {
+        this.#answer.dataset.kind = ok ? 'good' : 'bad';
+        this.#answer.textContent = text || (ok ? `Done: ${line}` : `Failed: ${line}`);
     }
 
     #showFrames({ row, frames }) {
@@ -64,11 +70,18 @@ export class Bench {
         const isUpgrading = state.upgrade >= 0;
         this.#upgrade.value = isUpgrading ? state.upgrade : 0;
         this.#upgradeText.textContent = isUpgrading ? `${state.upgrade} %` : 'none';
-        const kept = this.#presets.value;
-        this.#presets.replaceChildren(...state.presets.map((name) => new Option(name, name)));
-        this.#presets.value = state.presets.includes(kept) ? kept : state.presets[0] ?? '';
+        this.#showPresets(state.presets);
         showSignals(document.getElementById('inputs'), 'Input', state.inputSignals);
         showSignals(document.getElementById('outputs'), 'Output', state.outputSignals);
+    }
+
+    #showPresets(names) {
+        const shown = [...this.#presets.options].map((option) => option.value);
+        if (JSON.stringify(names) === JSON.stringify(shown))
+            return; // the list may be open
+        const kept = this.#presets.value;
+        this.#presets.replaceChildren(...names.map((name) => new Option(name, name)));
+        this.#presets.value = names.includes(kept) ? kept : names[0] ?? '';
     }
 
     #wireSwitch(box, line) {

@@ -1,7 +1,10 @@
 // The buttons that change the view, and the frame that the page's address asks for.
 
+import { keepFocusAway } from './pressable.js';
+
 export class ViewTools {
     constructor(view, connection) {
+        keepFocusAway(document.querySelector('header')); // the arrow keys go on turning the knob
         for (const button of document.querySelectorAll('button[data-zoom]'))
             button.addEventListener('click', () => view.setZoom(Number(button.dataset.zoom)));
         for (const button of document.querySelectorAll('[data-tab-of]'))
