@@ -99,8 +99,8 @@ void EdidScreensTest::list(const QString &banks)
 {
     for (const QString &bank : banks.split(", ")) {
         const QString node = "/EDID/" + bank.first(1);
-        m_wire.answer(
-            "GET " + node, bank.split(' ').mid(1).replaceInStrings(QRegularExpression("^"), "n- " + node + '/'));
+        const QStringList nodes = bank.split(' ').mid(1).replaceInStrings(QRegularExpression("^"), "n- " + node + '/');
+        m_wire.answer("GET " + node, QStringList("n- F9") + nodes); // and one of no bank
     }
 }
 

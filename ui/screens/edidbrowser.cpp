@@ -67,7 +67,8 @@ void EdidBrowser::forgetValues()
 void EdidBrowser::nodeReceived(const QString &node)
 {
     const QString name = node.section('/', -1, -1, QString::SectionSkipEmpty);
-    if (!m_active || name.isEmpty() || !banks().contains(node.first(node.lastIndexOf('/' + name))))
+    const qsizetype end = node.lastIndexOf('/' + name); // of the bank's path
+    if (!m_active || name.isEmpty() || end < 0 || !banks().contains(node.first(end)))
         return; // a late answer
     if (!isSource(name.front())) {
         addDestination(name);
