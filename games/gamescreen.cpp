@@ -17,6 +17,7 @@ GameScreen::GameScreen(QWidget *parent)
     const QList<QWidget *> furniture = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *widget : furniture) // title and buttons of a page
         widget->setVisible(widget == &m_view);
+    stackContents(Contents::Fill); // nothing of it shows, but it owns the layouts
     m_scene.setItemIndexMethod(QGraphicsScene::NoIndex); // what moves would be sorted in anew all the time
     m_view.setGeometry(wholeLcd);
     m_view.setFrameShape(QFrame::NoFrame);
