@@ -44,14 +44,14 @@ void MenuTest::editorSurvivesALoss()
     QVERIFY(front.start());
     const QImage menu = front.picture();
     push(front);
-    QVERIFY(front.picture() != menu);
+    QImage settings, highlight, slider, reconnecting;
+    QTRY_VERIFY((settings = front.picture()) != menu);
     turn(front, 3); // Display Brightness
-    front.picture();
+    QTRY_VERIFY((highlight = front.picture()) != settings);
     push(front);
-    const QImage slider = front.picture();
+    QTRY_VERIFY((slider = front.picture()) != highlight);
     front.device().core().dropLink();
-    const QImage reconnecting = front.picture();
-    QVERIFY(reconnecting != slider);
+    QTRY_VERIFY((reconnecting = front.picture()) != slider);
     push(front);
     turn(front, 2);
     QCOMPARE(front.picture(), reconnecting);
