@@ -32,7 +32,7 @@ const QByteArray longest(4096, '#');
 #define ALONE "--no-program --script -"
 #define DEVICE "device: frame 47110001, 8 x 8, layout 1, core service on 127.0.0.1:6107\n"
 #define PAGE "page: http://127.0.0.1:[1-9][0-9]*\n"
-#define STAY "while :; do read -r; done"
+#define STAY "exec sleep 600"
 #define LIVE "echo lives; " STAY
 #define OBEY "read -r line; echo \"program got $line\"; exec $line"
 
