@@ -2,6 +2,7 @@
 #include "games/game2.h"
 #include "tests/ui/lcd.h"
 #include "ui/navigationmanager.h"
+#include "ui/screenwarning.h"
 
 #include <QApplication>
 #include <QGraphicsTextItem>
@@ -121,7 +122,7 @@ template <typename Page, typename Rules> struct Stage : public QObject
     }
 
     Lcd lcd;
-    Screen root{&lcd};
+    ScreenWarning root{&lcd, false, false};
     Rules rules;
     Page page{&lcd};
     int timer = 0, ticks = 0, paints = 0;
@@ -154,7 +155,7 @@ template <typename S> void coverAndLeave(Qt::Key key)
     for (const QLabel *label : stage.page.template findChildren<QLabel *>())
         QVERIFY2(!label->isVisible(), qPrintable(label->text()));
 
-    Screen notice(&stage.lcd); // the link is lost
+    ScreenWarning notice(&stage.lcd, false, false); // the link is lost
     notice.showMe();
     QTRY_VERIFY(!stage.page.isVisible());
     const QSignalSpy changes(stage.page.template findChild<QGraphicsView *>()->scene(), &QGraphicsScene::changed);
