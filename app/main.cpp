@@ -1,4 +1,5 @@
 #include "app/endrequests.h"
+#include "app/servicemanager.h"
 #include "app/wiring.h"
 #include "frontpanel/controllockfilter.h"
 #include "frontpanel/controlpanelhandler.h"
@@ -87,6 +88,7 @@ int main(int argc, char **argv)
         *PresetManager::instance(), filter, logic});
 
     dt3->connectToDevice();
+    ServiceManager serviceManager;
     const int status = QApplication::exec();
     PresetManager::destroyInstance();
     return status;

@@ -3,7 +3,7 @@
 # the top of the tree. Everything told to the person goes to stderr; stdout belongs to the program.
 
 packages_build="g++ cmake ninja-build pkg-config qt6-base-dev qt6-httpserver-dev qt6-websockets-dev
-    libumockdev-dev umockdev zlib1g-dev libtcmalloc-minimal4
+    libumockdev-dev umockdev zlib1g-dev libsystemd-dev libtcmalloc-minimal4
     fonts-roboto-unhinted fonts-font-awesome python3-fonttools"
 packages_test="iproute2 chromium"
 # For the page's tests. A Node.js from elsewhere brings its own npm, and does not go with Debian's.
