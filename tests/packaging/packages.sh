@@ -1,0 +1,60 @@
+#!/bin/sh
+# packages.sh FOLDER: builds the packages, and installs, tries, upgrades and purges them in a clean Debian 12 inside the
+# folder. Takes root, debhelper, debootstrap and lintian, and about ten minutes. The folder may be kept: a second call uses its system.
+set -eu
+here=$(cd -- "$(dirname -- "$0")" && pwd -P)
+root=$(cd -- "$here/../.." && pwd -P)
+mkdir -p "$1"
+folder=$(cd -- "$1" && pwd -P)
+system=$folder/system
+say() { printf '%s\n' "== $*"; }
+fail() { say "FAILED: $*"; exit 1; }
+inside() { chroot "$system" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"; }
+
+say "Building"
+rm -rf "$folder/tree" "$folder"/*.deb
+mkdir "$folder/tree"
+(cd "$root" && git archive HEAD) | tar -x -C "$folder/tree"
+build() { (cd "$folder/tree" && dpkg-buildpackage --build=binary --unsigned-changes --unsigned-source >"$folder/build.log" 2>&1) || fail "see $folder/build.log"; }
+build
+lintian --fail-on error "$folder"/*.changes || fail "lintian"
+
+say "A clean system"
+if [ ! -e "$system/usr/bin/dpkg" ]; then
+    mirror=$(sed -n 's/^deb \(\[[^]]*\] \)\{0,1\}\([^ ]*\) bookworm main.*/\2/p; s/^URIs: *\([^ ]*debian\/\{0,1\}\) *$/\1/p' \
+        /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -n 1)
+    debootstrap --variant=minbase bookworm "$system" ${mirror:+"$mirror"} >"$folder/debootstrap.log" || fail "see $folder/debootstrap.log"
+fi
+mount -t proc proc "$system/proc"
+mount --bind /dev "$system/dev"
+trap 'umount "$system/proc" "$system/dev"' EXIT
+inside dpkg --purge matrix-panel-simulator matrix-front-panel >/dev/null 2>&1 || true
+inside find / -xdev -not -path '/proc/*' -not -path '/var/cache/*' -not -path '/var/lib/apt/*' -not -path '/tmp/*' | sort >"$folder/before"
+
+say "Installing"
+cp "$folder"/matrix-*.deb "$system/tmp/"
+inside sh -c 'apt-get -q update && apt-get -q -y --no-install-recommends install /tmp/matrix-front-panel_*.deb /tmp/matrix-panel-simulator_*.deb' >"$folder/install.log" 2>&1 \
+    || fail "see $folder/install.log"
+inside getent passwd matrix-front-panel >/dev/null || fail "the user is not there"
+
+say "The installed simulator plays its demo with the installed program"
+"$root/tests/support/own-network" chroot "$system" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/root LANG=C.UTF-8 \
+    panel-simulator --demo || fail "the demo"
+
+say "An upgrade while it runs"
+mkfifo "$folder/console" 2>/dev/null || true
+"$root/tests/support/own-network" chroot "$system" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/root LANG=C.UTF-8 \
+    panel-simulator --no-open --http-port 0 <"$folder/console" >"$folder/simulator.log" 2>&1 &
+simulator=$!
+exec 3>"$folder/console"
+echo wait-ready >&3
+inside sh -c 'dpkg --install /tmp/matrix-*.deb' >"$folder/upgrade.log" 2>&1 || fail "see $folder/upgrade.log"
+printf 'tap source 2\nexpect led source 2 1\nquit\n' >&3
+exec 3>&-
+wait "$simulator" || fail "see $folder/simulator.log"
+
+say "Purging"
+inside dpkg --purge matrix-panel-simulator matrix-front-panel >"$folder/purge.log" 2>&1 || fail "see $folder/purge.log"
+inside find / -xdev -name '*matrix-*' -not -path '/proc/*' -not -path '/tmp/*' >"$folder/left"
+[ ! -s "$folder/left" ] || fail "left behind: $(cat "$folder/left")"
+say "All well"
