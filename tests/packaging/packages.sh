@@ -29,10 +29,10 @@ mount -t proc proc "$system/proc"
 mount --bind /dev "$system/dev"
 trap 'umount "$system/proc" "$system/dev"' EXIT
 inside dpkg --purge matrix-panel-simulator matrix-front-panel >/dev/null 2>&1 || true
-inside find / -xdev -not -path '/proc/*' -not -path '/var/cache/*' -not -path '/var/lib/apt/*' -not -path '/tmp/*' | sort >"$folder/before"
 
 say "Installing"
-cp "$folder"/matrix-*.deb "$system/tmp/"
+rm -f "$system"/tmp/matrix-*.deb
+cp "$folder"/matrix-front-panel_*.deb "$folder"/matrix-panel-simulator_*.deb "$system/tmp/"
 inside sh -c 'apt-get -q update && apt-get -q -y --no-install-recommends install /tmp/matrix-front-panel_*.deb /tmp/matrix-panel-simulator_*.deb' >"$folder/install.log" 2>&1 \
     || fail "see $folder/install.log"
 inside getent passwd matrix-front-panel >/dev/null || fail "the user is not there"
@@ -48,7 +48,7 @@ mkfifo "$folder/console" 2>/dev/null || true
 simulator=$!
 exec 3>"$folder/console"
 echo wait-ready >&3
-inside sh -c 'dpkg --install /tmp/matrix-*.deb' >"$folder/upgrade.log" 2>&1 || fail "see $folder/upgrade.log"
+inside sh -c 'dpkg --install /tmp/matrix-front-panel_*.deb /tmp/matrix-panel-simulator_*.deb' >"$folder/upgrade.log" 2>&1 || fail "see $folder/upgrade.log"
 printf 'tap source 2\nexpect led source 2 1\nquit\n' >&3
 exec 3>&-
 wait "$simulator" || fail "see $folder/simulator.log"
