@@ -72,16 +72,18 @@ private slots:
     {
         Rig rig{7};
         // Of destinations 2, 3 and 17: locked, transmitting, muted, or locked and muted.
-        const auto letters = [&rig] { return rig.status(2).left(1) + rig.status(3).left(1) + rig.status(17).left(1); };
+        const auto letters = [&rig] {
+            return QStringList{rig.status(2).left(1), rig.status(3).left(1), rig.status(17).left(1)}.join(' ');
+        };
         rig.service.setProperty("/MEDIA/PORTS/VIDEO/O17/ANALOGAUDIO.Mute", "true");
         rig.service.setProperty("/MEDIA/PORTS/VIDEO/O2/ANALOGAUDIO.Mute", "true"); // has more than audio to it
-        QCOMPARE(letters(), "TTM");
+        QCOMPARE(letters(), "T T M");
         QCOMPARE(rig.service.callMethod(xp + ":lockDestination", "O2;O17;"), "");
-        QCOMPARE(letters(), "LTU");
+        QCOMPARE(letters(), "L T U");
         QCOMPARE(rig.service.callMethod(xp + ":lockDestination", "O3;O21;I2;"),
             "refused: O21 no such destination; I2 no such destination");
         QCOMPARE(rig.service.callMethod(xp + ":unlockDestination", "O17;O4;"), "");
-        QCOMPARE(letters(), "LLM");
+        QCOMPARE(letters(), "L L M");
         QCOMPARE(rig.status(2), "LFF");
         rig.service.setProperty("/MEDIA/PORTS/VIDEO/O2/STATUS.ActiveHdcpVersion", "0");
         QCOMPARE(rig.status(2), "LEF"); // from the left two bits each: audio, no HDCP, signal, plug
