@@ -6,9 +6,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The program asks in bursts: each answer brings the next questions. This long without one, and nothing to compute
-// either, and it is through.
-constexpr std::chrono::milliseconds quietTime = 200ms;
+// The program asks in bursts: each answer brings the next questions. So many rounds of our event loop without one, and
+// nothing to compute either, and it is through. Rounds and not time: while we get no processor, its questions wait
+// unread.
+constexpr int quietRounds = 10;
+constexpr std::chrono::milliseconds quietRound = 20ms;
 constexpr int lastMessages = 10;
 
 QString advice(const QString &what, const QStringList &messages, const QString &nextStep)
@@ -30,7 +32,12 @@ Device::Device(const Setup &setup, QObject *parent)
     connect(&m_core, &CoreService::requestReceived, this, &Device::logRequest);
     connect(&m_core, &CoreService::changed, this, [this] {
         if (!m_core.isLinkUp())
-            m_sinceRequest.invalidate(); // the program has to ask anew
+            expectRequests();
+    });
+    m_quietRound.setInterval(quietRound);
+    connect(&m_quietRound, &QTimer::timeout, this, [this] {
+        if (++m_quietRounds == quietRounds)
+            m_quietRound.stop();
     });
     connect(&m_runner, &ProgramRunner::messageLogged, this, &Device::logMessage);
     connect(&m_runner, &ProgramRunner::startFailed, this, &Device::noteStartFailure);
@@ -53,24 +60,28 @@ QString Device::powerOn()
 void Device::startProgram()
 {
     m_end.reset();
-    m_sinceRequest.invalidate();
+    expectRequests();
     m_runner.start(m_setup.program, m_bed.programEnvironment(), m_setup.wrapper);
     if (!m_end) // which it is at once where there is no such program
         emit programStarted();
 }
 
-bool Device::isProgramReady() const
-{
-    return !m_end && m_sinceRequest.isValid() && m_sinceRequest.hasExpired(quietTime.count()) && m_runner.isIdle();
-}
+bool Device::isProgramReady() const { return !m_end && m_quietRounds == quietRounds && m_runner.isIdle(); }
 
 void Device::logRequest(const QString &line)
 {
     static const QRegularExpression signature(QStringLiteral("\\A[0-9]+#"));
     const QString request = QString(line).remove(signature);
     m_requests.append(request);
-    m_sinceRequest.start();
+    m_quietRounds = 0;
+    m_quietRound.start();
     emit requestReceived(request);
+}
+
+void Device::expectRequests()
+{
+    m_quietRounds = 0;
+    m_quietRound.stop();
 }
 
 void Device::logMessage(const QString &line)

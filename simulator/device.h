@@ -6,7 +6,7 @@
 #include "simulator/hardware/testbed.h"
 #include "simulator/linelog.h"
 
-#include <QElapsedTimer>
+#include <QTimer>
 
 #include <optional>
 
@@ -70,6 +70,7 @@ signals:
 private:
     void logRequest(const QString &line);
     void logMessage(const QString &line);
+    void expectRequests();
     void noteStartFailure(const QString &reason);
     void noteEnd(int exitCode, bool crashed);
 
@@ -77,7 +78,8 @@ private:
     LineLog m_requests;
     LineLog m_messages;
     std::optional<ProgramEnd> m_end;
-    QElapsedTimer m_sinceRequest; // invalid until the running program has sent one
+    QTimer m_quietRound; // runs from a request until m_quietRounds is full
+    int m_quietRounds = 0;
     CoreService m_core;
     TestBed m_bed;
     ProgramRunner m_runner; // last: the program goes before what it lives in
