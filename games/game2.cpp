@@ -86,14 +86,6 @@ Game2::Game2(QWidget *parent)
 
 void Game2::openedFrom(const DataLine &) { startGame(); }
 
-void Game2::tick()
-{
-    const bool wasRunning = m_rules.phase() != FallingRules::Phase::Stopped;
-    m_rules.tick();
-    if (wasRunning && m_rules.phase() == FallingRules::Phase::Stopped)
-        savePressed();
-}
-
 void Game2::draw()
 {
     for (int row = 0; row < wellRows; ++row) {

@@ -19,7 +19,8 @@ public:
 
 protected:
     void startGame() override { m_rules.newGame(); }
-    void tick() override;
+    void tick() override { m_rules.tick(); }
+    bool isOver() const override { return m_rules.phase() == FallingRules::Phase::Stopped; }
     void draw() override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;

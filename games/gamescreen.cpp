@@ -5,7 +5,8 @@
 
 namespace {
 
-constexpr int tickTime = 20; // ms
+constexpr int tickTime = 20;   // ms
+constexpr int restTime = 1000; // ms
 
 } // namespace
 
@@ -17,7 +18,7 @@ GameScreen::GameScreen(QWidget *parent)
     const QList<QWidget *> furniture = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *widget : furniture) // title and buttons of a page
         widget->setVisible(widget == &m_view);
-    stackContents(Contents::Fill); // nothing of it shows, but it owns the layouts
+    stackContents(Contents::Fill);                       // nothing of it shows, but it owns the layouts
     m_scene.setItemIndexMethod(QGraphicsScene::NoIndex); // what moves would be sorted in anew all the time
     m_view.setGeometry(wholeLcd);
     m_view.setFrameShape(QFrame::NoFrame);
@@ -25,7 +26,7 @@ GameScreen::GameScreen(QWidget *parent)
     m_view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_view.setFocusPolicy(Qt::NoFocus);
-    m_timer.start(tickTime, this);
+    rest();
 }
 
 void GameScreen::setActive(bool active)
@@ -53,13 +54,39 @@ void GameScreen::timerEvent(QTimerEvent *event)
         Screen::timerEvent(event);
         return;
     }
+    if (!isVisible()) {
+        makeUpTicks();
+        return;
+    }
     tick();
-    if (isVisible())
-        draw();
+    draw();
+    if (isOver())
+        savePressed();
 }
 
 void GameScreen::showEvent(QShowEvent *event)
 {
+    makeUpTicks();
+    m_timer.start(tickTime, this);
     draw();
     Screen::showEvent(event);
+}
+
+void GameScreen::hideEvent(QHideEvent *event)
+{
+    rest();
+    Screen::hideEvent(event);
+}
+
+void GameScreen::rest()
+{
+    m_hidden.start();
+    m_hiddenTicks = 0;
+    m_timer.start(restTime, this);
+}
+
+void GameScreen::makeUpTicks()
+{
+    for (const qint64 due = m_hidden.elapsed() / tickTime; m_hiddenTicks < due; ++m_hiddenTicks)
+        tick();
 }

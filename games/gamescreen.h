@@ -3,11 +3,12 @@
 #include "ui/screen.h"
 
 #include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 
 /// A game that fills the whole LCD. It ticks every 20 ms for as long as the program runs, but draws only while it
-/// shows.
+/// shows; the ticks of a hidden one are made up for once a second, so that the processor can sleep.
 class GameScreen : public Screen
 {
     Q_OBJECT
@@ -21,6 +22,8 @@ protected:
 
     virtual void startGame() = 0;
     virtual void tick() = 0;
+    /// Such a game leaves the LCD.
+    virtual bool isOver() const { return false; }
     /// Moves the items to where the game has them.
     virtual void draw() = 0;
 
@@ -30,9 +33,15 @@ protected:
     bool handleCommonKey(int key);
     void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
+    void rest();
+    void makeUpTicks();
+
     QGraphicsScene m_scene;
     QGraphicsView m_view;
     QBasicTimer m_timer;
+    QElapsedTimer m_hidden; // since when
+    qint64 m_hiddenTicks = 0;
 };
