@@ -85,10 +85,11 @@ void playGame()
 /// "input-ports.port-1.hdmi-status" for the captions that lead there.
 QString fileName(const QStringList &place, bool continued)
 {
+    static const QRegularExpression others(QStringLiteral("[^a-z0-9]+"));
     QStringList words;
     for (const QString &caption : place) {
         QString word = caption.toLower();
-        word.replace(QRegularExpression(QStringLiteral("[^a-z0-9]+")), QStringLiteral("-"));
+        word.replace(others, QStringLiteral("-"));
         words.append(word.isEmpty() ? QStringLiteral("game") : word); // behind a blank row
     }
     return (words.isEmpty() ? QStringLiteral("main-menu") : words.join('.'))
