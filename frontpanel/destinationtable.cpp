@@ -1,8 +1,6 @@
 #include "frontpanel/destinationtable.h"
 
-#include <QStringList>
-
-#include <algorithm>
+#include <QStringTokenizer>
 
 void DestinationTable::setCount(int count)
 {
@@ -18,21 +16,23 @@ Destination &DestinationTable::operator[](int destination)
 
 void DestinationTable::readSources(const QString &status)
 {
-    const QStringList fields = status.split(';');
-    const auto used = std::min<qsizetype>(fields.size(), m_count);
-    for (qsizetype i = 0; i < used; ++i) {
-        const QString &field = fields[i];
-        const int source = field == "0" ? 0 : field.mid(1).toInt();
-        m_destinations[static_cast<size_t>(i)].source = static_cast<uint8_t>(source);
+    int destination = 0;
+    for (const QStringView field : QStringTokenizer(status, u';')) {
+        if (++destination > m_count)
+            break;
+        const int source = field == u"0" ? 0 : field.mid(1).toInt();
+        (*this)[destination].source = static_cast<uint8_t>(source);
     }
 }
 
 void DestinationTable::readLocks(const QString &status)
 {
-    const QStringList fields = status.split(';');
-    const auto used = std::min<qsizetype>(fields.size(), m_count);
-    for (qsizetype i = 0; i < used; ++i)
-        m_destinations[static_cast<size_t>(i)].locked = fields[i].startsWith('U') || fields[i].startsWith('L');
+    int destination = 0;
+    for (const QStringView field : QStringTokenizer(status, u';')) {
+        if (++destination > m_count)
+            break;
+        (*this)[destination].locked = field.startsWith(u'U') || field.startsWith(u'L');
+    }
 }
 
 void DestinationTable::editSources()

@@ -7,9 +7,21 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 
+#include <utility>
+
 namespace {
 
 PresetManager *self = nullptr;
+
+constexpr qsizetype longestName = 255; // characters
+
+bool isTooLong(const QString &name)
+{
+    if (name.size() <= longestName)
+        return false;
+    qWarning("Ignored a preset whose name has %lld characters.", name.size());
+    return true;
+}
 
 /// What stands from the first to the last digit of a path, as a number; 0 if it is none.
 int numberIn(const QString &path)
@@ -74,6 +86,7 @@ void PresetManager::connectionStateChanged(bool connected)
     for (const QString &name : gone)
         emit onPresetRemoved(name);
     m_presets.clear();
+    m_isFull = false;
 }
 
 void PresetManager::loadPresetByButtonNum(int buttonNum)
@@ -111,6 +124,13 @@ void PresetManager::nodeRemoved(const QString &, const QString &child)
 
 void PresetManager::add(const QString &name)
 {
+    if (isTooLong(name))
+        return;
+    if (m_presets.size() >= mostPresets && !m_presets.contains(name)) {
+        if (!std::exchange(m_isFull, true))
+            qWarning("The device has more than %lld presets; the menu goes without the others.", mostPresets);
+        return;
+    }
     m_presets.insert(name);
     emit onPresetAdded(name);
 }
@@ -118,7 +138,7 @@ void PresetManager::add(const QString &name)
 void PresetManager::assign(const QString &property, const QString &value)
 {
     const int button = numberIn(property);
-    if (!hasButton(button))
+    if (!hasButton(button) || isTooLong(value))
         return;
     m_assignedPresets[button - 1] = value;
     emit onPresetAssignedButtonChange(button, value);

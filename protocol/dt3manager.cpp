@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int openAttempts = 32;
+constexpr qint64 readBufferSize = 1 << 16; // bytes: what a flood can pile up in between two turns of the event loop
 
 QPointer<Dt3Manager> &self()
 {
@@ -43,6 +44,7 @@ Dt3Manager::Dt3Manager(const QString &host, const QString &port, const Dt3Times 
     , m_port(port)
     , m_times(times)
 {
+    m_socket.setReadBufferSize(readBufferSize);
     m_socket.setProxy(QNetworkProxy::NoProxy); // the service is on this very board
     connect(&m_socket, &QTcpSocket::readyRead, this, &Dt3Manager::readTcpData);
     connect(&m_socket, &QTcpSocket::connected, this, &Dt3Manager::connected);

@@ -28,8 +28,11 @@ void LineSplitter::wait(QByteArrayView rest)
         m_dropping = true;
         m_waiting = std::string(); // gives the memory back
     }
-    if (m_dropping)
+    if (m_dropping) {
         m_waiting.assign(1, rest.back()); // a CR, to know its LF by
-    else
-        m_waiting.append(rest.data(), size_t(rest.size()));
+        return;
+    }
+    if (m_waiting.size() + size_t(rest.size()) > (1 << 16))
+        m_waiting.reserve(maxLineLength + 2); // at once: what growing leaves behind is not given back for long
+    m_waiting.append(rest.data(), size_t(rest.size()));
 }

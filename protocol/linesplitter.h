@@ -19,7 +19,7 @@ public:
     /// Forgets the beginning of a line that is still waiting for its rest.
     void reset()
     {
-        m_waiting.clear();
+        m_waiting = std::string();
         m_dropping = false;
     }
 
@@ -46,9 +46,11 @@ template <typename Handle> void LineSplitter::feed(QByteArrayView chunk, Handle 
         chunk = chunk.sliced(qsizetype(length));
         const bool tooLong = m_dropping;
         m_completed.swap(m_waiting);
-        reset();
+        m_dropping = false;
         if (!tooLong && m_completed.size() > 2)
             handle(QByteArrayView(m_completed.data(), qsizetype(m_completed.size() - 2)));
+        m_completed.clear();
+        m_completed.swap(m_waiting); // one large buffer is enough, and is used again
     }
     const char *begin = chunk.data();
     const char *const end = begin + chunk.size();

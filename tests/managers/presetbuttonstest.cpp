@@ -118,6 +118,26 @@ private slots:
         QCOMPARE(m_requests, QStringList{"GET /.PartNumber"});
     }
 
+    void morePresetsThanTheMenuTakes()
+    {
+        QSignalSpy added(m_presets, &PresetManager::onPresetAdded);
+        const auto number = [](qsizetype n) { return QString::number(n); };
+        m_presets->nodeAdded("/MEDIA/PRESET", QString(256, 'x'));
+        m_presets->propertyChanged("/MEDIA/PRESET.Button1AssignedPreset", QString(256, 'x'));
+        for (qsizetype n = 1; n <= PresetManager::mostPresets + 2; ++n)
+            m_presets->nodeAdded("/MEDIA/PRESET", number(n));
+        m_presets->nodeAdded("/MEDIA/PRESET", "1"); // known
+        QCOMPARE(added.count(), PresetManager::mostPresets + 1);
+        QVERIFY(!m_presets->hasPreset(number(PresetManager::mostPresets + 1)));
+        QCOMPARE(m_presets->presetOfButton(1), QString());
+        m_presets->nodeRemoved("/MEDIA/PRESET", "1"); // there is room again
+        m_presets->nodeAdded("/MEDIA/PRESET", "late");
+        QVERIFY(m_presets->hasPreset("late"));
+        for (qsizetype n = 1; n <= PresetManager::mostPresets; ++n)
+            m_presets->nodeRemoved("/MEDIA/PRESET", number(n));
+        m_presets->nodeRemoved("/MEDIA/PRESET", "late");
+    }
+
     void presetsAreListedAnewAfterALoss()
     {
         QSignalSpy added(m_presets, &PresetManager::onPresetAdded), removed(m_presets, &PresetManager::onPresetRemoved);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tests/endtoend/front.h"
+
+#include <QRandomGenerator>
+#include <QSignalSpy>
+
+#include <functional>
+
+/// Waits for events instead of looking every few milliseconds. @param spy whatever brings the condition about.
+bool comesTrue(QSignalSpy &spy, const std::function<bool()> &condition);
+
+/// Where a front has the key of a port. Panel 0: nowhere.
+struct PortKey
+{
+    int panel = 0, button = 0;
+};
+PortKey sourceKey(const PanelLayout &layout, int source);
+PortKey destinationKey(const PanelLayout &layout, int destination);
+
+/// Whether the panel of a device at rest does its work. Empty, or the first thing that it does not.
+/// The menu: Escapes lead to it from wherever the LCD is, and it follows the knob there and back.
+QString menuProblem(Front &front, const QImage &menu);
+/// Routes and locks that the device changes at random are what the LEDs show for each destination, and a route
+/// that is keyed in is what the device has.
+QString routingProblem(Front &front, QRandomGenerator &random);
