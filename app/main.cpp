@@ -24,6 +24,7 @@
 #include <QApplication>
 
 #include <chrono>
+#include <cstdlib>
 #include <thread>
 
 namespace {
@@ -53,6 +54,10 @@ int main(int argc, char **argv)
 {
     EndRequests endRequests; // before there are other threads
     QApplication application(argc, argv);
+    if (!QGuiApplication::primaryScreen()) {
+        qWarning("There is no LCD to draw on, so front-panel ends. Is /dev/fb0 there, and may this user write to it?");
+        return EXIT_FAILURE;
+    }
     endRequests.watch();
     fillCatalogue(); // before anyone copies or uses an entry
     VariantManager *variant = VariantManager::instance();

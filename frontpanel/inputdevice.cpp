@@ -56,6 +56,15 @@ void InputDevice::lookAgainLater()
 
 void InputDevice::write(const InputRecord &record)
 {
-    // A panel that does not take the record loses one LED change; the next one may well arrive.
-    [[maybe_unused]] const ssize_t written = ::write(m_fd, &record, sizeof record);
+    if (m_fd < 1)
+        return; // which has been said
+    ssize_t written = 0;
+    do
+        written = ::write(m_fd, &record, sizeof record);
+    while (written < 0 && errno == EINTR);
+    // One LED change is lost; the next one may well arrive.
+    const bool lost = written != sizeof record;
+    if (lost && !m_losing)
+        qWarning("Error writing %s: %s", m_kind.readOf, written < 0 ? std::strerror(errno) : "cut short");
+    m_losing = lost;
 }

@@ -54,6 +54,7 @@ private:
     const Kind m_kind;
     int m_fd;
     std::array<InputRecord, 64> m_records;
-    bool m_gone = false; ///< The last read found it at its end or failing.
+    bool m_gone = false;   ///< The last read found it at its end or failing.
+    bool m_losing = false; ///< The last write failed.
     std::optional<QSocketNotifier> m_notifier;
 };

@@ -1,5 +1,6 @@
 #include "ui/fonts.h"
 
+#include <QFile>
 #include <QFont>
 #include <QFontDatabase>
 #include <QStringList>
@@ -10,8 +11,13 @@ void loadFonts(const QString &folder)
     // would replace ours.
     QFontDatabase::families();
     for (const char *file : {"Roboto-Bold-Ostra.ttf", "Roboto-Medium-Ostra.ttf", "Roboto-Regular-Ostra.ttf",
-             "Roboto-Light-Ostra.ttf", "fontawesome-webfont.ttf"})
-        QFontDatabase::addApplicationFont(folder + '/' + QLatin1StringView(file));
+             "Roboto-Light-Ostra.ttf", "fontawesome-webfont.ttf"}) {
+        // Read once: by its name Qt would open the file again later, and say nothing where it cannot.
+        QFile font(folder + '/' + QLatin1StringView(file));
+        const QByteArray data = font.open(QIODevice::ReadOnly) ? font.readAll() : QByteArray();
+        if (data.isEmpty() || QFontDatabase::addApplicationFontFromData(data) < 0)
+            qWarning("Cannot load the font %s: %s", qPrintable(font.fileName()), qPrintable(font.errorString()));
+    }
     // The numbers beside an icon ask for its font, which has no digits.
     QFont::insertSubstitution(QStringLiteral("FontAwesome"), QStringLiteral("RobotoLight"));
 }

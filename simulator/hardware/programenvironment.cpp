@@ -34,7 +34,8 @@ QProcessEnvironment makeProgramEnvironment(const DeviceFiles &files)
     environment.insert(QStringLiteral("UMOCKDEV_DIR"), files.root());
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), files.root() + QLatin1String(runtimeFolder));
 
-    QStringList preload{QLatin1String(DeviceFiles::preloadLibrary), environment.value(QStringLiteral("LD_PRELOAD"))};
+    // What is preloaded into the program anyway sees its calls before the test bed turns them aside.
+    QStringList preload{environment.value(QStringLiteral("LD_PRELOAD")), QLatin1String(DeviceFiles::preloadLibrary)};
 #ifdef __SANITIZE_ADDRESS__
     // the program is built as we are, and GCC's sanitizer has to come first
     preload.prepend(QStringLiteral("libasan.so.8"));
