@@ -8,7 +8,8 @@ packages_build="g++ cmake ninja-build pkg-config qt6-base-dev qt6-httpserver-dev
 packages_test="iproute2 chromium"
 # For the page's tests. A Node.js from elsewhere brings its own npm, and does not go with Debian's.
 command -v npm >/dev/null || packages_test="$packages_test nodejs npm"
-packages_lint="clang clang-tidy clang-format"
+packages_lint="clang-format cppcheck shellcheck"
+packages_tidy="clang clang-tidy clazy"
 # The benchmarks (-DHOUSE_BENCHMARKS=ON) want libbenchmark-dev and libhiredis-dev; nothing here installs them.
 
 # What a call ends with when packages are missing and cannot be installed; panel-simulator means the same by it.
