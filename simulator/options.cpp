@@ -98,7 +98,8 @@ std::variant<Options, Notice> parseOptions(const QStringList &arguments)
     const QCommandLineOption fault(
         "fault", "Starts with broken hardware; may be given several times. One of: " + faultNames() + '.', "FAULT");
     const QCommandLineOption httpPort("http-port",
-        "Where the page with the front of the frame is served, on 127.0.0.1; 0 takes any free port. Without it 8080, or "
+        "Where the page with the front of the frame is served, on 127.0.0.1; 0 takes any free port. Without it 8080, "
+        "or "
         "any free port where that is taken, and no page beside a script.",
         "PORT");
     const QCommandLineOption noOpen("no-open", "Does not open the page in the desktop's browser.");
@@ -113,7 +114,7 @@ std::variant<Options, Notice> parseOptions(const QStringList &arguments)
     if (parser.isSet(listFrames))
         return Notice{ExitCode::Ok, frameList()};
     if (!parser.positionalArguments().isEmpty())
-        return usageError(QStringLiteral("\"%1\" is no option.").arg(parser.positionalArguments().first()));
+        return usageError(QStringLiteral("\"%1\" is no option.").arg(parser.positionalArguments().constFirst()));
 
     Options options;
     options.frame = frameNamed(parser.value(frame));

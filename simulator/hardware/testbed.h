@@ -30,7 +30,7 @@ class TestBed : public QObject
 public:
     static constexpr int lcdWidth = 320;
     static constexpr int lcdHeight = 240;
-    static constexpr int pushKey = 28;  ///< The knob is the keyboard's Return; see setKeyboardKey().
+    static constexpr int pushKey = 28; ///< The knob is the keyboard's Return; see setKeyboardKey().
     static constexpr int escapeKey = 1;
     static constexpr std::chrono::milliseconds slowDetent{120};
     static constexpr std::chrono::milliseconds fastDetent{20}; ///< Under 50 ms counts as a spin.
