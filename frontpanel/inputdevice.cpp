@@ -37,7 +37,7 @@ std::span<const InputRecord> InputDevice::read()
     const auto bytes = static_cast<size_t>(size);
     if (size < 1 || bytes % sizeof(InputRecord) != 0) {
         if (!m_gone)
-            qWarning("Error reading %s", m_kind.readOf);
+            qWarning("Error reading %s", m_kind.name);
         m_gone = size < 1 && error != EAGAIN;
         if (m_gone && m_notifier)
             lookAgainLater();
@@ -65,6 +65,6 @@ void InputDevice::write(const InputRecord &record)
     // One LED change is lost; the next one may well arrive.
     const bool lost = written != sizeof record;
     if (lost && !m_losing)
-        qWarning("Error writing %s: %s", m_kind.readOf, written < 0 ? std::strerror(errno) : "cut short");
+        qWarning("Error writing %s: %s", m_kind.name, written < 0 ? std::strerror(errno) : "cut short");
     m_losing = lost;
 }

@@ -29,7 +29,7 @@ public:
     {
         int accessMode; ///< O_RDONLY or O_RDWR
         const char *openedAs;
-        const char *readOf;
+        const char *name;
     };
 
     /// Opens the device and logs how that went. The notifier is a child of owner, who holds this object.
@@ -45,7 +45,7 @@ public:
     /// that is not whole records, which is dropped. A device that stays gone is warned of once.
     std::span<const InputRecord> read();
 
-    /// Failures are not reported.
+    /// A record that cannot be written is lost, with a warning for the first of several.
     void write(const InputRecord &record);
 
 private:

@@ -6,6 +6,10 @@
 set -eu
 here=$(cd -- "$(dirname -- "$0")" && pwd -P)
 root=$(cd -- "$here/.." && pwd -P)
+if [ -e "$1/configured-with" ]; then
+    echo "$1 is a build of run or test; the fuzzers want a folder of their own." >&2
+    exit 2
+fi
 mkdir -p "$1"
 build=$(cd -- "$1" && pwd -P)
 minutes=$2

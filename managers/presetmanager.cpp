@@ -15,14 +15,6 @@ PresetManager *self = nullptr;
 
 constexpr qsizetype longestName = 255; // characters
 
-bool isTooLong(const QString &name)
-{
-    if (name.size() <= longestName)
-        return false;
-    qWarning("Ignored a preset whose name has %lld characters.", name.size());
-    return true;
-}
-
 /// What stands from the first to the last digit of a path, as a number; 0 if it is none.
 int numberIn(const QString &path)
 {
@@ -86,7 +78,7 @@ void PresetManager::connectionStateChanged(bool connected)
     for (const QString &name : gone)
         emit onPresetRemoved(name);
     m_presets.clear();
-    m_isFull = false;
+    m_hasIgnored = false;
 }
 
 void PresetManager::loadPresetByButtonNum(int buttonNum)
@@ -124,11 +116,11 @@ void PresetManager::nodeRemoved(const QString &, const QString &child)
 
 void PresetManager::add(const QString &name)
 {
-    if (isTooLong(name))
-        return;
-    if (m_presets.size() >= mostPresets && !m_presets.contains(name)) {
-        if (!std::exchange(m_isFull, true))
-            qWarning("The device has more than %lld presets; the menu goes without the others.", mostPresets);
+    const bool isTooMany = m_presets.size() >= mostPresets && !m_presets.contains(name);
+    if (isTooMany || name.size() > longestName) {
+        if (!std::exchange(m_hasIgnored, true))
+            qWarning("More than %d presets, and names of more than %d characters, are ignored.", int(mostPresets),
+                int(longestName));
         return;
     }
     m_presets.insert(name);
@@ -138,8 +130,8 @@ void PresetManager::add(const QString &name)
 void PresetManager::assign(const QString &property, const QString &value)
 {
     const int button = numberIn(property);
-    if (!hasButton(button) || isTooLong(value))
+    if (!hasButton(button))
         return;
-    m_assignedPresets[button - 1] = value;
-    emit onPresetAssignedButtonChange(button, value);
+    m_assignedPresets[button - 1] = value.size() > longestName ? QString() : value;
+    emit onPresetAssignedButtonChange(button, m_assignedPresets[button - 1]);
 }

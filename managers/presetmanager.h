@@ -12,8 +12,9 @@ class PresetManager : public QObject, public Dt3Sink
 {
     Q_OBJECT
 public:
-    /// More are ignored, with a warning: each takes memory and a row on two pages.
-    static constexpr qsizetype mostPresets = 250;
+    /// More, and names of more than 255 characters, are ignored with a warning: each takes memory and a row on two
+    /// pages.
+    static constexpr qsizetype mostPresets = 100;
 
     /// The one of this process. Made on first use; goes with destroyInstance(), or else with the application object.
     static PresetManager *instance();
@@ -58,5 +59,5 @@ private:
 
     QVector<QString> m_assignedPresets; ///< By button - 1, as many as the frame has; none until it is identified.
     QSet<QString> m_presets;            ///< Those that exist on the device.
-    bool m_isFull = false;              ///< There are more, and it has been said.
+    bool m_hasIgnored = false;          ///< There are others, and it has been said.
 };

@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int openAttempts = 32;
+constexpr qint64 mostUnread = 1 << 18;     // bytes that a device which does not read may leave with us
 constexpr qint64 readBufferSize = 1 << 16; // bytes: what a flood can pile up in between two turns of the event loop
 
 QPointer<Dt3Manager> &self()
@@ -113,7 +114,17 @@ void Dt3Manager::disconnected()
 
 QString Dt3Manager::nodeOf(const QString &propertyPath) { return propertyPath.section(u'.', 0, 0); }
 
-bool Dt3Manager::writeLine(const QString &line) { return m_socket.write((line + u"\r\n"_s).toUtf8()) > 0; }
+bool Dt3Manager::writeLine(const QString &line)
+{
+    if (m_socket.bytesToWrite() > mostUnread) {
+        qWarning("The device does not read: connecting anew.");
+        // not from here: whoever asks is not to hear of a loss in the middle of it
+        QMetaObject::invokeMethod(
+            &m_socket, [this] { m_socket.abort(); }, Qt::QueuedConnection);
+        return false;
+    }
+    return m_socket.write((line + u"\r\n"_s).toUtf8()) > 0;
+}
 
 void Dt3Manager::request(Dt3Sink *sink, const QString &text)
 {

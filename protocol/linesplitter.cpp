@@ -26,7 +26,7 @@ void LineSplitter::wait(QByteArrayView rest)
     if (!m_dropping && m_waiting.size() + size_t(rest.size()) > maxLineLength + 2) {
         warnOfDropped();
         m_dropping = true;
-        m_waiting = std::string(); // gives the memory back
+        std::string().swap(m_waiting); // gives the memory back
     }
     if (m_dropping) {
         m_waiting.assign(1, rest.back()); // a CR, to know its LF by

@@ -19,7 +19,7 @@ public:
     /// Forgets the beginning of a line that is still waiting for its rest.
     void reset()
     {
-        m_waiting = std::string();
+        std::string().swap(m_waiting);
         m_dropping = false;
     }
 

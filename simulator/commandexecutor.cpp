@@ -58,7 +58,7 @@ void CommandExecutor::execute(const QString &line)
         return;
     }
     const CommandResult begun = m_action.begin ? m_action.begin() : CommandResult();
-    if (!begun.ok() || m_action.limit == 0ms) {
+    if (!begun.ok() || m_action.limit.count() == 0) {
         finish(begun);
         return;
     }
@@ -82,7 +82,7 @@ void CommandExecutor::finish(const CommandResult &result)
     m_poll.stop();
     m_limit.stop();
     m_result = result;
-    m_delivery.start(0ms); // from the event loop: a long script must not pile up calls
+    m_delivery.start(0); // from the event loop: a long script must not pile up calls
 }
 
 void CommandExecutor::deliver()

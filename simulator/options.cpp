@@ -99,8 +99,7 @@ std::variant<Options, Notice> parseOptions(const QStringList &arguments)
         "fault", "Starts with broken hardware; may be given several times. One of: " + faultNames() + '.', "FAULT");
     const QCommandLineOption httpPort("http-port",
         "Where the page with the front of the frame is served, on 127.0.0.1; 0 takes any free port. Without it 8080, "
-        "or "
-        "any free port where that is taken, and no page beside a script.",
+        "or any free port where that is taken, and no page beside a script.",
         "PORT");
     const QCommandLineOption noOpen("no-open", "Does not open the page in the desktop's browser.");
     parser.addOptions({help, frame, listFrames, noProgram, script, demo, wrap, fault, httpPort, noOpen});

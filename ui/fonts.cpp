@@ -15,8 +15,10 @@ void loadFonts(const QString &folder)
         // Read once: by its name Qt would open the file again later, and say nothing where it cannot.
         QFile font(folder + '/' + QLatin1StringView(file));
         const QByteArray data = font.open(QIODevice::ReadOnly) ? font.readAll() : QByteArray();
-        if (data.isEmpty() || QFontDatabase::addApplicationFontFromData(data) < 0)
-            qWarning("Cannot load the font %s: %s", qPrintable(font.fileName()), qPrintable(font.errorString()));
+        if (font.error() != QFile::NoError)
+            qWarning("Cannot read the font %s: %s", qPrintable(font.fileName()), qPrintable(font.errorString()));
+        else if (QFontDatabase::addApplicationFontFromData(data) < 0)
+            qWarning("%s is no font", qPrintable(font.fileName()));
     }
     // The numbers beside an icon ask for its font, which has no digits.
     QFont::insertSubstitution(QStringLiteral("FontAwesome"), QStringLiteral("RobotoLight"));

@@ -10,6 +10,10 @@
 #include <chrono>
 #include <utility>
 
+namespace {
+constexpr qsizetype mostOfValue = 1000; // characters; more than the LCD has room for
+} // namespace
+
 PropertyDisplayLabel::PropertyDisplayLabel(QWidget *parent, const QString &extraSheet)
     : StyledLabel(parent)
 {
@@ -19,11 +23,12 @@ PropertyDisplayLabel::PropertyDisplayLabel(QWidget *parent, const QString &extra
 
 void PropertyDisplayLabel::showValue(const QString &value)
 {
+    const QString kept = value.size() > mostOfValue ? value.left(mostOfValue) : value;
     if (isVisible()) {
         m_hiddenValue.reset();
-        setText(value);
+        setText(kept);
     } else {
-        m_hiddenValue = value;
+        m_hiddenValue = kept;
     }
 }
 

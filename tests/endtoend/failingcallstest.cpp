@@ -6,38 +6,58 @@
 #include <QTest>
 
 #include <cerrno>
+#include <unistd.h>
 
 namespace {
 
 /// What the manual pages name, as far as these calls can come to it here.
 const QMap<QString, QList<int>> errors{
-    {"open", {EACCES, EMFILE, EINTR, ENXIO, ENOENT, ENOMEM}},
-    {"read", {EIO, EAGAIN, EINTR, EINVAL}},
-    {"write", {EIO, EAGAIN, EINTR, EPIPE, ENOSPC}},
-    {"ioctl", {ENOTTY, EINTR, EREMOTEIO, ETIMEDOUT, EINVAL, EAGAIN}},
-    {"socket", {EMFILE, EACCES, ENOBUFS, EAFNOSUPPORT}},
-    {"connect", {ECONNREFUSED, EINTR, ETIMEDOUT, ENETUNREACH, EAGAIN, EADDRNOTAVAIL}},
-    {"send", {ECONNRESET, EAGAIN, EINTR, EPIPE, ENOBUFS}},
+    {"open", {EACCES, EMFILE, EINTR, ENXIO, ENOENT, ENOMEM, ENFILE, ENODEV, EPERM, EBUSY}},
+    {"read", {EIO, EAGAIN, EINTR, EINVAL, ENODEV}},
+    {"write", {EIO, EAGAIN, EINTR, EPIPE, ENOSPC, ENODEV}},
+    {"ioctl", {ENOTTY, EINTR, EREMOTEIO, ETIMEDOUT, EINVAL, EAGAIN, ENODEV}},
+    {"socket", {EMFILE, EACCES, ENOBUFS, EAFNOSUPPORT, ENFILE, ENOMEM}},
+    {"connect", {ECONNREFUSED, EINTR, ETIMEDOUT, ENETUNREACH, EAGAIN, EADDRNOTAVAIL, EACCES, EPERM}},
+    {"send", {ECONNRESET, EAGAIN, EINTR, EPIPE, ENOBUFS, ENOMEM, ENOTCONN}},
     {"setsockopt", {ENOPROTOOPT, ENOMEM}},
     {"getsockopt", {ENOBUFS, EINVAL}},
+    {"getsockname", {ENOBUFS}},
+    {"getpeername", {ENOBUFS, ENOTCONN}},
 };
+
+struct Failure
+{
+    QString call, target;
+    int at = 0, error = 0;
+};
+
+/// Of the program so far, in seconds.
+double processorTime(const Device &device)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(device.programProcessId()));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QStringList fields = QString::fromLatin1(file.readAll()).section(") ", 1).split(' ');
+    return (fields[11].toDouble() + fields[12].toDouble()) / double(sysconf(_SC_CLK_TCK));
+}
 
 /// The program from its start to its end, with the menu and a key in between.
 struct Run
 {
-    explicit Run(const QString &call = {}, const QString &target = {}, int at = 0, int error = 0)
+    /// @param sane what it is like without a failure; without it, this is one.
+    explicit Run(const Failure &failure = {}, const Run *sane = nullptr)
     {
         QTemporaryDir folder;
         const QByteArray report = folder.filePath("report").toUtf8();
         qputenv("LD_PRELOAD", CALL_INJECTOR); // what we start inherits it
         qputenv("FAIL_REPORT", report);
-        qputenv("FAIL_CALL", call.toUtf8());
-        qputenv("FAIL_TARGET", target.toUtf8());
-        qputenv("FAIL_AT", QByteArray::number(at));
-        qputenv("FAIL_WITH", QByteArray::number(error));
+        qputenv("FAIL_CALL", failure.call.toUtf8());
+        qputenv("FAIL_TARGET", failure.target.toUtf8());
+        qputenv("FAIL_AT", QByteArray::number(failure.at));
+        qputenv("FAIL_WITH", QByteArray::number(failure.error));
         {
             Front front(1);
-            play(front);
+            play(front, sane);
             messages = front.messages();
             end = front.device().programEnd();
         }
@@ -45,30 +65,57 @@ struct Run
         if (file.open(QIODevice::ReadOnly))
             calls = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     }
-    bool operator==(const Run &other) const { return lcd == other.lcd && leds == other.leds; }
 
     QStringList calls; ///< "COUNT CALL TARGET" each; empty where no call has failed.
     QStringList messages;
     std::optional<ProgramEnd> end; ///< It ended by itself.
     QImage lcd;
-    QStringList leds;
-    bool rests = false; ///< It takes no processor time.
+    QList<int> leds;       ///< Of panel 1.
+    bool isGood = false;   ///< Front and LCD are as without the failure, or it says something else.
+    bool isAtRest = false; ///< It takes next to no processor time.
 
 private:
-    void play(Front &front)
+    static QList<int> ledsOf(const Front &front)
     {
-        if (!front.device().powerOn().isEmpty())
-            return;
+        QList<int> leds;
+        for (int number = 1; number <= 40; ++number)
+            leds.append(front.led(1, number));
+        return leds;
+    }
+    void play(Front &front, const Run *sane)
+    {
+        const Device &device = front.device();
+        const QString problem = front.device().powerOn();
+        if (!problem.isEmpty())
+            qFatal("%s", qPrintable(problem));
         front.device().startProgram();
-        (void)QTest::qWaitFor(
-            [&front] { return front.device().programEnd() || front.device().isProgramReady(); }, 30000);
-        if (front.device().programEnd())
+        (void)QTest::qWaitFor([&device] { return device.programEnd() || device.isProgramReady(); }, 30000);
+        if (device.programEnd())
             return;
-        front.takeLeds();
         front.tap(1, 2);
-        lcd = front.picture();
-        leds = front.leds();
-        rests = QTest::qWaitFor([&front] { return front.device().programEnd() || front.device().isProgramReady(); });
+        if (sane) {
+            isGood = QTest::qWaitFor([&] { return works(front, *sane) || saysMore(front.messages(), *sane); }, 20000);
+        } else {
+            isGood = QTest::qWaitFor([&front] { return front.led(1, 2) == 1; });
+            lcd = front.picture();
+            leds = ledsOf(front);
+        }
+        for (int look = 0; look < 20 && !isAtRest; ++look) {
+            const double before = processorTime(device);
+            QElapsedTimer timer;
+            timer.start();
+            (void)QTest::qWaitFor([&timer] { return timer.hasExpired(300); });
+            isAtRest = device.programEnd() || processorTime(device) - before < 0.0002 * double(timer.elapsed());
+        }
+    }
+    static bool works(Front &front, const Run &sane)
+    {
+        return ledsOf(front) == sane.leds && front.device().bed().lcd() == sane.lcd;
+    }
+    static bool saysMore(const QStringList &messages, const Run &sane)
+    {
+        return std::any_of(messages.begin(), messages.end(),
+            [&sane](const QString &message) { return !sane.messages.contains(message); });
     }
 };
 
@@ -79,7 +126,7 @@ class FailingCallsTest : public QObject
 {
     Q_OBJECT
 public:
-    /// @param all with every error and at every call, else each call on each target with one of its errors.
+    /// @param all at every call and with every error, else at calls 1, 2, 12, 22, ... on each target, with one error.
     explicit FailingCallsTest(bool all)
         : m_all(all)
     {
@@ -89,22 +136,19 @@ private slots:
     void initTestCase();
     void isHandled_data();
     void isHandled();
-    void cleanupTestCase() const { qInfo("%d calls were made to fail", m_failed); }
+    void cleanupTestCase() const;
 
 private:
     const bool m_all;
     std::optional<Run> m_sane;
-    int m_failed = 0;
+    int m_planned = 0, m_failed = 0;
 };
 
 void FailingCallsTest::initTestCase()
 {
     m_sane.emplace();
-    QVERIFY(m_sane->rests);
-    QVERIFY(!m_sane->leds.isEmpty());
+    QVERIFY(m_sane->isGood && m_sane->isAtRest);
     QVERIFY(m_sane->calls.contains("1 open /dev/fb0"));
-    const Run again;
-    QVERIFY(again == *m_sane && again.messages == m_sane->messages); // what differs later is the failure's doing
 }
 
 void FailingCallsTest::isHandled_data()
@@ -113,16 +157,16 @@ void FailingCallsTest::isHandled_data()
     QTest::addColumn<QString>("target");
     QTest::addColumn<int>("at");
     QTest::addColumn<int>("error");
-    int turn = 0;
     for (const QString &line : std::as_const(m_sane->calls)) {
         const QString call = line.section(' ', 1, 1), target = line.section(' ', 2);
         const QList<int> causes = errors[call];
         const int count = line.section(' ', 0, 0).toInt();
         for (int at = 1; at <= count; at += m_all || at < 2 ? 1 : 10) {
             for (qsizetype i = 0; i < (m_all ? causes.size() : 1); ++i) {
-                const int error = causes[m_all ? i : turn++ % causes.size()];
+                const int error = causes[m_all ? i : m_planned % causes.size()];
                 QTest::addRow("%s %d of %s: %s", qPrintable(call), at, qPrintable(target), strerrorname_np(error))
                     << call << target << at << error;
+                ++m_planned;
             }
         }
     }
@@ -134,19 +178,25 @@ void FailingCallsTest::isHandled()
     QFETCH(QString, target);
     QFETCH(int, at);
     QFETCH(int, error);
-    const Run run(call, target, at, error);
-    QVERIFY2(!run.calls.isEmpty(), "the call was not made");
+    const Run run({call, target, at, error}, &*m_sane);
+    if (run.calls.isEmpty())
+        QSKIP("it made fewer of these calls than before"); // what arrives together is read together
     ++m_failed;
     const QString said = run.messages.join('\n');
-    if (target.endsWith("/libqlinuxfb.so"))
+    if (target.endsWith("/libqlinuxfb.so")) {
         QVERIFY(said.contains("no Qt platform plugin")); // Qt itself ends the program then, by a signal
-    else if (run.end)
+    } else if (run.end) {
         QVERIFY2(run.end->how == ProgramEnd::How::Exited && run.end->exitCode != 0, qPrintable(said));
-    else
-        QVERIFY2(run.rests, "it spins");
-    const bool says = std::any_of(run.messages.begin(), run.messages.end(),
-        [this](const QString &message) { return !m_sane->messages.contains(message); });
-    QVERIFY2(says || run == *m_sane, qPrintable("it does not work, and does not say so:\n" + said));
+    } else {
+        QVERIFY2(run.isAtRest, "it spins");
+        QVERIFY2(run.isGood, qPrintable("it does not work, and does not say so:\n" + said));
+    }
+}
+
+void FailingCallsTest::cleanupTestCase() const
+{
+    qInfo("%d of %d calls were made to fail", m_failed, m_planned);
+    QVERIFY(10 * m_failed >= 9 * m_planned);
 }
 
 int main(int argc, char **argv)

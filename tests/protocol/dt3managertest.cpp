@@ -6,6 +6,7 @@
 
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTest>
 
 #include <functional>
@@ -72,6 +73,7 @@ private slots:
     void closeWhileWaiting();
     void retriesUntilGivenUp();
     void closedDuringDispatchHearsNothing();
+    void deviceThatDoesNotReadIsLeft();
 };
 
 void Dt3ManagerTest::writesRequestsOnceConnected()
@@ -262,6 +264,26 @@ void Dt3ManagerTest::closedDuringDispatchHearsNothing()
     link.a.reply = [&link] { link.manager.close(&link.a, "/A"); };
     link.receive({"CHG /A.X=2", "CHG /A.X=3"});
     QCOMPARE(link.a.news, (QStringList{"chg /A.X=1", "new /A child", "chg /A.X=2"}));
+}
+
+void Dt3ManagerTest::deviceThatDoesNotReadIsLeft()
+{
+    QTcpServer device;
+    QVERIFY(device.listen(QHostAddress::LocalHost));
+    device.pauseAccepting(); // the system does, and nobody reads
+    RecordingSink sink;
+    Dt3Manager manager("127.0.0.1", QString::number(device.serverPort()), {90s, 20ms, 1s});
+    QSignalSpy changes(&manager, &Dt3Manager::connectionStateChanged);
+    manager.connectToDevice();
+    QTRY_COMPARE(changes.count(), 1);
+    const auto askMore = [&] {
+        for (int i = 0; i < 1000; ++i)
+            manager.get(&sink, "/" + QString(1000, 'x'));
+        return changes.count() > 1;
+    };
+    QVERIFY(QTest::qWaitFor(askMore, 30000));
+    QTRY_COMPARE_GE(changes.count(), 3); // there and gone and there again
+    QCOMPARE(changes.mid(0, 3), (QList<QVariantList>{{true}, {false}, {true}}));
 }
 
 QTEST_GUILESS_MAIN(Dt3ManagerTest)

@@ -1,3 +1,5 @@
+#include "managers/presetmanager.h"
+#include "protocol/linesplitter.h"
 #include "tests/soak/panelcheck.h"
 #include "tests/soak/programmemory.h"
 
@@ -130,7 +132,9 @@ void HostileTest::staysUsable_data()
     QTest::newRow("new presets") << lines("NEW /MEDIA/PRESET/N%1", million);
     QTest::newRow("new nodes") << lines("NEW /SYS/CECU/LCD/N%1", million);
     const auto values = [gibi](const QByteArray &path, const QByteArray &pattern) {
-        const QByteArray line = "CHG " + path + '=' + pattern.repeated((1 << 20) / int(pattern.size()) - 20) + "\r\n";
+        const QByteArray start = "CHG " + path + '=';
+        const qsizetype room = qsizetype(LineSplitter::maxLineLength) - start.size();
+        const QByteArray line = start + pattern.repeated(room / pattern.size()) + "\r\n";
         return Flood{[line](int) { return line; }, gibi};
     };
     QTest::newRow("messages of a mebibyte") << values("/SYS/CECU/LCD.Message", "x");
@@ -156,7 +160,7 @@ void HostileTest::staysUsable()
     QVERIFY(press(2)); // a key and a loss, for what they need for good
     front.device().core().dropLink();
     front.picture();
-    const double rest = programMemory();
+    const double rest = programMemory(front.device());
 
     double most = rest;
     qint64 slowest = 0;
@@ -169,14 +173,15 @@ void HostileTest::staysUsable()
             timer.start();
             QVERIFY(press(1 + presses++ % 8));
             slowest = std::max(slowest, timer.elapsed());
-            most = std::max(most, programMemory());
+            most = std::max(most, programMemory(front.device()));
         } while (!service.isDone());
     }
     qInfo("%d keys, the slowest answered after %lld ms; memory at rest %.0f KiB, at most %+.0f", presses, slowest, rest,
         most - rest);
-    QVERIFY(slowest < 2000); // 100 on a machine with nothing else to do
-#ifndef __SANITIZE_ADDRESS__ // which keeps what is given back
-    QVERIFY(most - rest < 4096);
+    QVERIFY(slowest < (m_part == 1 ? 100 : 2000)); // a machine that builds and tests has other things to do
+#ifndef __SANITIZE_ADDRESS__                       // which keeps what is given back
+    const bool isPresets = QByteArrayView(QTest::currentDataTag()).endsWith("presets"); // with a row on two pages each
+    QVERIFY(most - rest < (isPresets ? 4096 + 100 * double(PresetManager::mostPresets) : 4096));
 #endif
     front.takeRequests();
     QVERIFY(front.device().core().restoreLink());

@@ -1,16 +1,12 @@
 #include "tests/soak/programmemory.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <cstdio>
 
-double programMemory()
+double programMemory(const Device &device)
 {
-    QFile children(QStringLiteral("/proc/self/task/%1/children").arg(QCoreApplication::applicationPid()));
-    if (!children.open(QIODevice::ReadOnly))
-        qFatal("This kernel does not tell of child processes");
-    QFile status(QStringLiteral("/proc/%1/status").arg(QString::fromLatin1(children.readAll()).section(' ', 0, 0)));
+    QFile status(QStringLiteral("/proc/%1/status").arg(device.programProcessId()));
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     return QString::fromLatin1(status.readAll()).section("VmRSS:", 1).section("kB", 0, 0).toDouble();

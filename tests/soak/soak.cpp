@@ -22,7 +22,7 @@ QString operate(Front &front, QRandomGenerator &random, std::chrono::millisecond
     const QImage menu = front.picture();
     RandomOperator everybody(front, random);
     front.device().core().dropLink(); // what the program asks for anew is what changes
-    MemoryRun memory;
+    MemoryRun memory(front.device());
     QElapsedTimer timer;
     QDeadlineTimer nextNote(0);
     int deeds = 0;
@@ -55,7 +55,7 @@ void report(MemoryRun &memory, const char *unit, int count, double seconds)
 /// The link is lost each time as soon as everything has been asked for, or a little later.
 QString loseLinks(Front &front, QRandomGenerator &random, int losses)
 {
-    MemoryRun memory;
+    MemoryRun memory(front.device());
     QElapsedTimer timer;
     timer.start();
     QSignalSpy requests(&front.device(), &Device::requestReceived);
@@ -84,7 +84,7 @@ QString pressKeys(Front &front, QRandomGenerator &random, int presses)
     CoreService &core = front.device().core();
     QSignalSpy leds(&front.device().bed(), &TestBed::ledWritten);
     QSignalSpy changes(&core, &CoreService::changed);
-    MemoryRun memory;
+    MemoryRun memory(front.device());
     QElapsedTimer timer;
     timer.start();
     for (int press = 0; press < presses; press += 3) {
