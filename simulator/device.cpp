@@ -6,9 +6,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The program asks in bursts: each answer brings the next questions. So many rounds of our event loop without one, and
-// nothing to compute either, and it is through. Rounds and not time: while we get no processor, its questions wait
-// unread.
+// The program asks in bursts: each answer brings the next questions. So many rounds of our event loop in which it has
+// none, and nothing to compute either, and it is through. Rounds and not time: while we get no processor, its questions
+// wait unread; and where it gets none, it computes for long.
 constexpr int quietRounds = 10;
 constexpr std::chrono::milliseconds quietRound = 20ms;
 constexpr int lastMessages = 10;
@@ -36,7 +36,9 @@ Device::Device(const Setup &setup, QObject *parent)
     });
     m_quietRound.setInterval(quietRound);
     connect(&m_quietRound, &QTimer::timeout, this, [this] {
-        if (++m_quietRounds == quietRounds)
+        if (!m_runner.isIdle())
+            m_quietRounds = 0;
+        else if (++m_quietRounds == quietRounds)
             m_quietRound.stop();
     });
     connect(&m_runner, &ProgramRunner::messageLogged, this, &Device::logMessage);
@@ -66,7 +68,7 @@ void Device::startProgram()
         emit programStarted();
 }
 
-bool Device::isProgramReady() const { return !m_end && m_quietRounds == quietRounds && m_runner.isIdle(); }
+bool Device::isProgramReady() const { return !m_end && m_quietRounds == quietRounds; }
 
 void Device::logRequest(const QString &line)
 {
