@@ -50,6 +50,8 @@ public:
     void startProgram();
     /// Returns when it is gone. @return whether it ended well.
     bool stopProgram() { return m_runner.stop(); }
+    /// It waits for something, at this moment.
+    bool isProgramIdle() const { return m_runner.isIdle(); }
     qint64 programProcessId() const { return m_runner.processId(); }
     /// It has connected and sent its first requests, and has had none to send for a moment.
     bool isProgramReady() const;

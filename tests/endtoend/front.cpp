@@ -44,7 +44,7 @@ QImage Front::picture() const
     QElapsedTimer still;
     const auto rests = [&] {
         const QImage now = m_device.bed().lcd();
-        if (now != last) {
+        if (now != last || !m_device.isProgramIdle()) { // it may not have had the time to change it
             last = now;
             still.start();
         }
