@@ -43,7 +43,7 @@ void LogFeed::flush()
     m_gathering.stop();
     if (m_gathered.isEmpty())
         return;
-    for (const QJsonValue &line : std::as_const(m_gathered))
+    for (const auto &line : std::as_const(m_gathered))
         m_last.append(line);
     while (m_last.size() > remembered)
         m_last.removeFirst();
