@@ -362,9 +362,7 @@ void WebServerTest::closesOnWrongMessages_data()
             R"({"type":"turn","detents":1.5,"fast":true})", R"({"type":"turn","detents":"1","fast":true})",
             R"({"type":"turn","detents":1,"fast":1})", R"({"type":"command","id":1})", R"({"type":"command","line":5})",
             R"({"type":"command","line":"leds\nleds"})", R"({"type":"frame","row":0})", R"({"type":"frame","row":34})",
-            R"({"type":"frame","row":"1"})",
-            R"({"type":"release-all"} )"
-            "x"})
+            R"({"type":"frame","row":"1"})", R"({"type":"release-all"} x)"})
         QTest::newRow(*text ? text : "nothing") << QByteArray(text) << 1007;
     QTest::newRow("largest") << QByteArray(65536, ' ') << 1007;
     QTest::newRow("too large") << QByteArray(65537, ' ') << 1009;
