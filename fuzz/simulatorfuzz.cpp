@@ -3,12 +3,9 @@
 #include "simulator/coreservice/answer.h"
 #include "simulator/coreservice/crosspoint.h"
 #include "simulator/coreservice/deviceclock.h"
-#include "simulator/coreservice/edidproperties.h"
-#include "simulator/coreservice/healthproperties.h"
-#include "simulator/coreservice/portproperties.h"
+#include "simulator/coreservice/frametree.h"
 #include "simulator/coreservice/presetstore.h"
 #include "simulator/coreservice/requestsplitter.h"
-#include "simulator/coreservice/systemproperties.h"
 #include "simulator/web/pagemessage.h"
 #include "simulator/web/requesthead.h"
 
@@ -63,17 +60,6 @@ void runHead(const QByteArray &input)
             && again.expectsContinue == head.expectsContinue,
         "a head reads as it was written");
 }
-
-struct FrameTree : PropertyTree
-{
-    explicit FrameTree(const FrameDescriptor &frame)
-    {
-        addSystemProperties(*this, frame);
-        addPortProperties(*this, frame);
-        addEdidProperties(*this, frame);
-        addHealthProperties(*this, frame);
-    }
-};
 
 /// The program reads from the news what the tree holds.
 void checkChange(const QString &node, const QString &name, const QString &value)

@@ -2,13 +2,10 @@
 
 #include "simulator/coreservice/crosspoint.h"
 #include "simulator/coreservice/deviceclock.h"
-#include "simulator/coreservice/edidproperties.h"
 #include "simulator/coreservice/firmwareupgrade.h"
-#include "simulator/coreservice/healthproperties.h"
+#include "simulator/coreservice/frametree.h"
 #include "simulator/coreservice/lineserver.h"
-#include "simulator/coreservice/portproperties.h"
 #include "simulator/coreservice/presetstore.h"
-#include "simulator/coreservice/systemproperties.h"
 
 #include <algorithm>
 
@@ -16,18 +13,6 @@ namespace {
 
 /// A frame without a layout of its own has the small panel's eight source buttons.
 constexpr int smallestButtonCount = 8;
-
-/// The bare tree, before anything gets hold of it.
-struct FrameTree : PropertyTree
-{
-    explicit FrameTree(const FrameDescriptor &frame)
-    {
-        addSystemProperties(*this, frame);
-        addPortProperties(*this, frame);
-        addEdidProperties(*this, frame);
-        addHealthProperties(*this, frame);
-    }
-};
 
 } // namespace
 

@@ -180,7 +180,7 @@ void FailingCallsTest::isHandled()
     QFETCH(int, error);
     const Run run({call, target, at, error}, &*m_sane);
     if (run.calls.isEmpty())
-        QSKIP("it made fewer of these calls than before"); // what arrives together is read together
+        return; // what arrives together is read together; cleanupTestCase() counts how many were made to fail
     ++m_failed;
     const QString said = run.messages.join('\n');
     if (target.endsWith("/libqlinuxfb.so")) {
