@@ -7,8 +7,8 @@ using namespace std::chrono_literals;
 namespace {
 
 // The program asks in bursts: each answer brings the next questions. So many rounds of our event loop in which it has
-// none, and nothing to compute either, and it is through. Rounds and not time: while we get no processor, its questions
-// wait unread; and where it gets none, it computes for long.
+// none, nothing to compute and nothing on the way either, and it is through. Rounds and not time: while we get no
+// processor, its questions wait unread; and where it gets none, it computes for long.
 constexpr int quietRounds = 10;
 constexpr std::chrono::milliseconds quietRound = 20ms;
 constexpr int lastMessages = 10;
@@ -36,7 +36,7 @@ Device::Device(const Setup &setup, QObject *parent)
     });
     m_quietRound.setInterval(quietRound);
     connect(&m_quietRound, &QTimer::timeout, this, [this] {
-        if (!m_runner.isIdle())
+        if (!m_core.isLinkQuiet() || !m_runner.isIdle())
             m_quietRounds = 0;
         else if (++m_quietRounds == quietRounds)
             m_quietRound.stop();

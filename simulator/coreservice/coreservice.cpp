@@ -96,4 +96,6 @@ bool CoreService::restoreLink()
 
 bool CoreService::isLinkUp() const { return d->server.isListening(); }
 
+bool CoreService::isLinkQuiet() const { return d->server.isQuiet(); }
+
 void CoreService::startUpgrade(std::chrono::milliseconds duration) { d->upgrade.start(duration); }

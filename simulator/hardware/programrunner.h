@@ -13,7 +13,7 @@ class ProgramRunner : public QObject
     Q_OBJECT
 public:
     /// @param patience how long stop() waits for the program to end by itself.
-    explicit ProgramRunner(QObject *parent = nullptr, std::chrono::milliseconds patience = std::chrono::seconds(3));
+    explicit ProgramRunner(QObject *parent = nullptr, std::chrono::milliseconds patience = std::chrono::seconds(10));
     /// Ends the program if it runs.
     ~ProgramRunner() override;
 

@@ -148,7 +148,7 @@ void TestBedTest::stopIsNoEnd()
     for (const bool obedient : {true, false}) {
         Rig rig;
         const QString heeds = obedient ? "echo bye; exit 0" : "";
-        QVERIFY(rig.start("trap '" + heeds + "' TERM; echo open; while :; do read -r; done"));
+        QVERIFY(rig.start("trap '" + heeds + "' TERM; echo open; while :; do read -r -t 0.1; done"));
         const pid_t process = pid_t(rig.runner.processId());
         rig.runner.stop();
         QVERIFY(!rig.runner.isRunning() && kill(process, 0) < 0 && errno == ESRCH);
