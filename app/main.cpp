@@ -20,6 +20,7 @@
 #include "ui/fonts.h"
 #include "ui/navigationmanager.h"
 #include "ui/pool.h"
+#include "ui/stylesheet.h"
 
 #include <QApplication>
 
@@ -76,7 +77,7 @@ int main(int argc, char **argv)
     ControlLockFilter filter(&logic);
     application.installEventFilter(&filter);
 
-    application.setStyleSheet(QStringLiteral("*{ background-color: black}"));
+    blackenBackground();
     loadFonts(QStringLiteral("qt-base/font"));
 
     NavigationManager *navigation = NavigationManager::instance();

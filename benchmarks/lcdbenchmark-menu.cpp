@@ -8,6 +8,7 @@
 #include "ui/pool.h"
 #include "ui/propertydisplaylabel.h"
 #include "ui/screendata.h"
+#include "ui/stylesheet.h"
 
 #include <QApplication>
 #include <QEasingCurve>
@@ -194,7 +195,7 @@ int main(int argc, char **argv)
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     QLoggingCategory::setFilterRules(QStringLiteral("default=false")); // no service is there, and each page says so
     fillCatalogue();
-    application.setStyleSheet(QStringLiteral("*{ background-color: black}"));
+    blackenBackground();
     loadFonts(QStringLiteral(FONT_FOLDER));
     Pool *pool = Pool::instance();
     pool->initScreens();

@@ -1,14 +1,24 @@
 #include "ui/stylesheet.h"
 
+#include <QApplication>
 #include <QHash>
 #include <QMetaEnum>
 #include <QObject>
 #include <QPainter>
+#include <QPalette>
 #include <QRegularExpression>
 #include <QVariant>
 
 #include <algorithm>
 #include <utility>
+
+void blackenBackground()
+{
+    QPalette palette = QApplication::palette();
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Button})
+        palette.setColor(role, Qt::black);
+    QApplication::setPalette(palette);
+}
 
 void Look::paintBox(QPainter &painter, const QRect &rect, const QRegion &dirty) const
 {

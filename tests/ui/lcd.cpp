@@ -2,6 +2,7 @@
 
 #include "ui/dataline.h"
 #include "ui/fonts.h"
+#include "ui/stylesheet.h"
 
 #include <QApplication>
 #include <QTest>
@@ -9,7 +10,7 @@
 void prepareLcdLooks()
 {
     static const bool prepared = [] {
-        qApp->setStyleSheet(QStringLiteral("*{ background-color: black}")); // as the program does
+        blackenBackground();
         loadFonts(QStringLiteral(FONT_FOLDER));
         return true;
     }();
