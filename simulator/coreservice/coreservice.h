@@ -46,7 +46,7 @@ public:
     /// Accepts clients on the same port again. False: the port has been taken meanwhile.
     bool restoreLink();
     bool isLinkUp() const;
-    /// All that was sent over the link, in either direction, has been read. True also without a client.
+    /// What was sent has arrived at the clients, and what they sent has been read. True also without a client.
     bool isLinkQuiet() const;
 
     /// Runs a firmware upgrade from 0 to 100 percent over this time; one that is running starts anew.

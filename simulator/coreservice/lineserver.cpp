@@ -23,8 +23,8 @@ bool LineServer::listen(quint16 port)
 
 bool LineServer::isQuiet() const
 {
-    // On loopback the kernel shows both ends of a connection, each with what it has not got through or not read:
-    // "SLOT: ADDRESS:PORT ADDRESS:PORT STATE SENT:RECEIVED ..." in hexadecimal.
+    // On loopback the kernel shows both ends of a connection, each with what it has not got through and not read:
+    // "SLOT: ADDRESS:PORT ADDRESS:PORT STATE UNSENT:UNREAD ..." in hexadecimal.
     QFile connections(QStringLiteral("/proc/self/net/tcp"));
     if (!connections.open(QIODevice::ReadOnly))
         return true;
@@ -32,8 +32,10 @@ bool LineServer::isQuiet() const
     const QList<QByteArray> lines = connections.readAll().split('\n');
     return std::none_of(lines.begin(), lines.end(), [&port](const QByteArray &line) {
         const QList<QByteArray> fields = line.simplified().split(' ');
-        return fields.size() > 4 && (fields[1].endsWith(port) || fields[2].endsWith(port)) && fields[3] == "01"
-            && fields[4] != "00000000:00000000";
+        if (fields.size() < 5 || fields[3] != "01") // an open connection
+            return false;
+        return (fields[1].endsWith(port) && fields[4] != "00000000:00000000")
+            || (fields[2].endsWith(port) && !fields[4].startsWith("00000000:"));
     });
 }
 

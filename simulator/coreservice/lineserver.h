@@ -18,7 +18,7 @@ public:
     /// The last one listened on.
     quint16 port() const { return m_port; }
     QString errorString() const { return m_server.errorString(); }
-    /// Nothing is under way between a client and us, in either direction: all that was sent has been read.
+    /// Nothing is under way: what was sent has arrived at the clients, and what they sent has been read.
     bool isQuiet() const;
     /// Cuts off every client and lets no new one in.
     void close();
