@@ -11,7 +11,8 @@ command -v npm >/dev/null || packages_test="$packages_test nodejs npm"
 packages_lint="clang-format cppcheck shellcheck"
 packages_tidy="clang clang-tidy clazy"
 # The benchmarks (-DHOUSE_BENCHMARKS=ON) want libbenchmark-dev and libhiredis-dev, the fuzzers (fuzz/fuzz.sh) clang and
-# libclang-rt-dev; nothing here installs them.
+# libclang-rt-dev, soak --speed libfaketime, the cross build what tests/packaging/armhf.sh lists; nothing here installs
+# them.
 
 # What a call ends with when packages are missing and cannot be installed; panel-simulator means the same by it.
 exit_packages_missing=4

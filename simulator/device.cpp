@@ -36,7 +36,7 @@ Device::Device(const Setup &setup, QObject *parent)
     });
     m_quietRound.setInterval(quietRound);
     connect(&m_quietRound, &QTimer::timeout, this, [this] {
-        if (!m_core.isLinkQuiet() || !m_runner.isIdle())
+        if (!m_runner.isIdle() || !m_core.isLinkQuiet())
             m_quietRounds = 0;
         else if (++m_quietRounds == quietRounds)
             m_quietRound.stop();

@@ -10,7 +10,7 @@ fail() { say "FAILED: $*"; exit 1; }
 
 packages="g++-arm-linux-gnueabihf qemu-user-static cmake ninja-build pkg-config qt6-base-dev-tools fonts-roboto-unhinted
     fonts-font-awesome python3-fonttools iproute2 qt6-base-dev:armhf qt6-httpserver-dev:armhf qt6-websockets-dev:armhf
-    libumockdev-dev:armhf zlib1g-dev:armhf libsystemd-dev:armhf libtcmalloc-minimal4:armhf"
+    libumockdev-dev:armhf umockdev:armhf zlib1g-dev:armhf libsystemd-dev:armhf libtcmalloc-minimal4:armhf"
 missing=
 for package in $packages; do
     dpkg-query --show --showformat '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing="$missing $package"

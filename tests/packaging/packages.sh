@@ -34,11 +34,13 @@ if [ ! -e "$system/usr/bin/dpkg" ]; then
         /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -n 1)
     debootstrap --variant=minbase bookworm "$system" ${mirror:+"$mirror"} >"$folder/debootstrap.log" || fail "see $folder/debootstrap.log"
 fi
+simulator=
+trap 'exit 1' HUP INT TERM
+trap 'kill $simulator 2>/dev/null || true; umount -l "$system/dev/pts" "$system/dev" "$system/proc"' EXIT
 mount -t proc proc "$system/proc"
 mount --bind /dev "$system/dev"
 mount --bind /dev/pts "$system/dev/pts"
-trap 'umount "$system/proc" "$system/dev/pts" "$system/dev"' EXIT
-inside dpkg --purge matrix-panel-simulator matrix-front-panel >/dev/null 2>&1 || true
+inside sh -c 'dpkg --purge matrix-panel-simulator matrix-front-panel; userdel matrix-front-panel' >/dev/null 2>&1 || true
 
 say "Installing"
 rm -f "$system"/tmp/matrix-*.deb
@@ -71,6 +73,7 @@ exec 3>&-
 if ! wait "$simulator" || grep 'error:' "$folder/simulator.log"; then
     fail "see $folder/simulator.log"
 fi
+simulator=
 
 "$here/service.sh" "$system" /srv/matrix-front-panel.deb /srv/matrix-panel-simulator.deb || fail "the service"
 

@@ -46,6 +46,7 @@ unshare --mount --pid --fork --kill-child --uts --ipc --net --cgroup --propagati
         /lib/systemd/systemd --show-status=no --unit=basic.target
 ' sh "$system" >"$folder/boot.log" 2>&1 &
 unshare=$!
+trap 'exit 1' HUP INT TERM
 trap 'kill -KILL "$unshare" 2>/dev/null; rm -rf "$folder"' EXIT
 enter() { nsenter --target "$(tr -d ' ' <"/proc/$unshare/task/$unshare/children")" "$@"; }
 inside() { enter --all env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 TMPDIR=/run/bed "$@"; }
@@ -59,7 +60,7 @@ until_true() {
         sleep 0.05
     done
 }
-booted() { inside systemctl is-active --quiet basic.target 2>/dev/null; }
+booted() { inside sh -c 'test -d /run/bed && systemctl is-active --quiet basic.target' 2>/dev/null; } # not the host
 until_true 300 booted || fail "the system does not boot: $(cat "$folder/boot.log")"
 
 say "It waits for its devices alone"

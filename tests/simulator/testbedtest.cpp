@@ -42,7 +42,7 @@ struct Rig
     bool ends() { return !ended.isEmpty() || ended.wait(30000); }
 
     std::unique_ptr<TestBed> bed = std::make_unique<TestBed>(frameDescriptors().front());
-    ProgramRunner runner;
+    ProgramRunner runner{nullptr, std::chrono::seconds(3)};
     QSignalSpy ended{&runner, &ProgramRunner::ended};
     QStringList printed;
 };

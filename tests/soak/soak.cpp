@@ -149,14 +149,17 @@ int main(int argc, char **argv)
         qputenv("FAKETIME", "+0 x" + parser.value(speed).toUtf8());
     }
     Front front(row); // one that does not end well ends this process too
+    QString problem;
     if (!front.start())
-        qFatal("The program does not start");
-    if (!front.messages().filter("cannot be preloaded").isEmpty())
-        qFatal("Nothing makes its clock faster: apt-get install libfaketime");
-    const QString problem = parser.isSet(losses) ? loseLinks(front, random, parser.value(losses).toInt())
-        : parser.isSet(presses)
-        ? pressKeys(front, random, parser.value(presses).toInt())
-        : operate(front, random, std::chrono::milliseconds(qint64(parser.value(minutes).toDouble() * 60000)));
+        problem = QStringLiteral("the program does not start");
+    else if (!front.messages().filter("cannot be preloaded").isEmpty())
+        problem = QStringLiteral("nothing makes its clock faster: apt-get install libfaketime");
+    else if (parser.isSet(losses))
+        problem = loseLinks(front, random, parser.value(losses).toInt());
+    else if (parser.isSet(presses))
+        problem = pressKeys(front, random, parser.value(presses).toInt());
+    else
+        problem = operate(front, random, std::chrono::milliseconds(qint64(parser.value(minutes).toDouble() * 60000)));
     std::printf("%s\n", problem.isEmpty() ? "good" : qPrintable(problem));
     return problem.isEmpty() ? 0 : 1;
 }
