@@ -86,7 +86,7 @@ void MyScroll::hoverEvent(QWidget *hovered)
 
 void MyScroll::showHovered()
 {
-    if (!m_hovered
+    if (!m_hovered || !isVisible() // when it comes, it is looked at again
         || m_hovered->property(InterfaceItem::stateProperty) != QLatin1StringView(InterfaceItem::hoveredState))
         return;
     m_grid.activate(); // rows that have just come have no place yet
@@ -96,7 +96,8 @@ void MyScroll::showHovered()
 bool MyScroll::eventFilter(QObject *watched, QEvent *event)
 {
     const bool filtered = QScrollArea::eventFilter(watched, event);
-    if (watched == &m_rows && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize))
+    if (watched == &m_rows
+        && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize || event->type() == QEvent::Show))
         showHovered();
     return filtered;
 }

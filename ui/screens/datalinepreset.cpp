@@ -11,12 +11,14 @@ DataLinePreset::DataLinePreset(Screen *screen)
 
 void DataLinePreset::setup()
 {
-    setButton(0);
+    m_badge->setSheet(Style::noPresetBadge);
     addWidget(m_badge);
 }
 
 void DataLinePreset::setButton(int number)
 {
+    if (number == m_button)
+        return;
     m_button = number;
     m_badge->setText(number > 0 ? QString::number(number) : QString());
     m_badge->setSheet(number > 0 ? Style::presetBadge : Style::noPresetBadge);
