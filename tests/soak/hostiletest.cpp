@@ -179,7 +179,7 @@ void HostileTest::staysUsable()
         most - rest);
     QVERIFY(slowest < (m_part == 1 ? 100 : 2000)); // a machine that builds and tests has other things to do
 #ifndef __SANITIZE_ADDRESS__                       // which keeps what is given back
-    const double aim = 4096; // and a quarter for what the allocator keeps of it, which varies
+    const double aim = 4096;                       // and a quarter for what the allocator keeps of it, which varies
     QVERIFY(most - rest < 1.25 * aim);
 #endif
     front.takeRequests();
