@@ -133,8 +133,7 @@ void HostileTest::staysUsable_data()
     const auto values = [gibi](const QByteArray &path, const QByteArray &pattern) {
         const QByteArray start = "CHG " + path + '=';
         const qsizetype room = qsizetype(LineSplitter::maxLineLength) - start.size();
-        const QByteArray line = start + pattern.repeated(room / pattern.size()) + "\r\n";
-        return Flood{[line](int) -> QByteArray { return line; }, gibi};
+        return Flood{[line = start + pattern.repeated(room / pattern.size()) + "\r\n"](int) { return line; }, gibi};
     };
     QTest::newRow("messages of a mebibyte") << values("/SYS/CECU/LCD.Message", "x");
     QTest::newRow("routings of a mebibyte") << values("/MEDIA/XP/VIDEO.DestinationConnectionStatus", "I1;");
