@@ -27,6 +27,18 @@ as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+# find_missing PACKAGE[:ARCHITECTURE]...: leaves those that are not installed in $missing.
+find_missing() {
+    # shellcheck disable=SC2016 # the fields are dpkg-query's
+    present=$(dpkg-query --show --showformat \
+        '${Package}=${db:Status-Status}\n${Package}:${Architecture}=${db:Status-Status}\n' "$@" 2>/dev/null || true)
+    missing=
+    for package; do
+        printf '%s\n' "$present" | grep -qxF "$package=installed" || missing="$missing $package"
+    done
+    missing=${missing# }
+}
+
 # need PACKAGE...: installs those that are missing and leaves their names in $missing. Asks neither apt nor
 # the network when none is.
 need() {
@@ -34,13 +46,7 @@ need() {
         say "This script installs what it needs on Debian 12, and this is no Debian. Needed:" "$@"
         exit "$exit_packages_missing"
     fi
-    # shellcheck disable=SC2016 # the fields are dpkg-query's
-    present=$(dpkg-query --show --showformat '${Package}=${db:Status-Status}\n' "$@" 2>/dev/null || true)
-    missing=
-    for package; do
-        printf '%s\n' "$present" | grep -qxF "$package=installed" || missing="$missing $package"
-    done
-    missing=${missing# }
+    find_missing "$@"
     [ -n "$missing" ] || return 0
 
     if [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; then

@@ -11,13 +11,11 @@ fail() { say "FAILED: $*"; exit 1; }
 packages="g++-arm-linux-gnueabihf qemu-user-static cmake ninja-build pkg-config qt6-base-dev-tools fonts-roboto-unhinted
     fonts-font-awesome python3-fonttools iproute2 qt6-base-dev:armhf qt6-httpserver-dev:armhf qt6-websockets-dev:armhf
     libumockdev-dev:armhf umockdev:armhf zlib1g-dev:armhf libsystemd-dev:armhf libtcmalloc-minimal4:armhf"
-missing=
-for package in $packages; do
-    dpkg-query --show --showformat '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing="$missing $package"
-done
+# shellcheck disable=SC2086 # a list of words
+find_missing $packages
 if [ -n "$missing" ]; then
     say "Skipped. In a Debian 12 of its own, install what is missing:"
-    printf '%s\n' "dpkg --add-architecture armhf && apt-get update && apt-get install --no-install-recommends$missing" >&2
+    printf '%s\n' "dpkg --add-architecture armhf && apt-get update && apt-get install --no-install-recommends $missing" >&2
     exit 77
 fi
 
