@@ -5,14 +5,16 @@
 #include <QEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyleOptionSlider>
+#include <QStyle>
 #include <QVariant>
 
 namespace {
 
 constexpr int rowStep = 32; // pixels, a line of text and the space under it
 
-/// The bar of a list. Filled: the drawing of Qt's style sheets took more time than the rows beside it.
+constexpr int barWidth = 6;
+
+/// The bar of a list, which nobody can grasp: it shows where in the list we are.
 class ScrollBar : public QScrollBar
 {
 public:
@@ -22,15 +24,17 @@ public:
         setAttribute(Qt::WA_OpaquePaintEvent);
     }
 
+    QSize sizeHint() const override { return {barWidth, barWidth}; } // empty, it would not be shown
+
 protected:
     void paintEvent(QPaintEvent *) override
     {
-        QStyleOptionSlider option;
-        initStyleOption(&option);
+        const QRect groove = rect().adjusted(1, 1, -1, -1);
+        const int handle = groove.height() * pageStep() / (maximum() + pageStep());
+        const int top = QStyle::sliderPositionFromValue(0, maximum(), value(), groove.height() - handle);
         QPainter painter(this);
         painter.fillRect(rect(), QColor(0x2a2a2a));
-        painter.fillRect(
-            style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this), QColor(0x5e5e5e));
+        painter.fillRect(groove.left(), groove.top() + top, groove.width(), handle, QColor(0x5e5e5e));
     }
 };
 
@@ -47,12 +51,6 @@ MyScroll::MyScroll(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
     setFrameShape(QFrame::NoFrame);
-    // On the bar alone: on the area, Qt would look through it for each of the labels.
-    verticalScrollBar()->setStyleSheet(
-        QStringLiteral("QScrollBar{ border: 1px solid #2a2a2a; background: #2a2a2a; max-width: 6px}"
-                       "QScrollBar::handle{ background: #5e5e5e}QScrollBar::add-line{ background: none}"
-                       "QScrollBar::sub-line{ background: none}QScrollBar::add-page{ background: none}"
-                       "QScrollBar::sub-page{ background: none}"));
     setWidget(&m_rows);
     setWidgetResizable(true);
 }
