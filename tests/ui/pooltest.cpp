@@ -8,21 +8,6 @@
 #include <QProcess>
 #include <QTest>
 
-namespace {
-
-/// The texts of the screen that has the keyboard.
-QString topText()
-{
-    QStringList texts;
-    for (const QLabel *label : QApplication::focusWidget()->findChildren<QLabel *>()) {
-        if (label->isVisible())
-            texts += label->text();
-    }
-    return texts.join('|');
-}
-
-} // namespace
-
 /// The notices of the LCD. In a network of its own, whose addresses are the test's.
 class PoolTest : public QObject
 {
@@ -47,19 +32,19 @@ void PoolTest::initTestCase()
     m_pool->initScreens();
     for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) // moves nothing
         QTest::keyClick(QApplication::focusWidget(), key);
-    QVERIFY2(topText().startsWith("BOOTING...|Please wait..."), qPrintable(topText()));
+    QVERIFY2(Lcd::texts().startsWith("BOOTING...|Please wait..."), qPrintable(Lcd::texts()));
 }
 
 void PoolTest::failureShowsTheAddress()
 {
     m_pool->connectionTimeoutExpired();
-    QVERIFY2(topText().startsWith("BOOTING FAILED|Plz connect ethernet cable..."), qPrintable(topText()));
+    QVERIFY2(Lcd::texts().startsWith("BOOTING FAILED|Plz connect ethernet cable..."), qPrintable(Lcd::texts()));
     QCOMPARE(QProcess::execute("ip", {"addr", "add", "192.168.1.10/32", "dev", "lo"}), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(topText().contains("Download log files:\n\thttp://192.168.1.10/log\n"
-                                                "Firmware upgrade:\n\thttp://192.168.1.10/firmware"),
+    QTRY_VERIFY_WITH_TIMEOUT(Lcd::texts().contains("Download log files:\n\thttp://192.168.1.10/log\n"
+                                                   "Firmware upgrade:\n\thttp://192.168.1.10/firmware"),
         12000);
     m_pool->connectionStateChanged(true);
-    QTRY_VERIFY(topText().startsWith("MAIN MENU|"));
+    QTRY_VERIFY(Lcd::texts().startsWith("MAIN MENU|"));
 }
 
 void PoolTest::lockWarningStaysForTheLastKey()
@@ -68,10 +53,10 @@ void PoolTest::lockWarningStaysForTheLastKey()
     for (int key = 0; key < 3; ++key) {
         m_pool->lockedWarningAction();
         time.start();
-        QVERIFY(topText().startsWith("WARNING|Front panel is locked."));
-        QVERIFY(!QTest::qWaitFor([] { return topText().startsWith("MAIN"); }, 1000));
+        QVERIFY(Lcd::texts().startsWith("WARNING|Front panel is locked."));
+        QVERIFY(!QTest::qWaitFor([] { return Lcd::texts().startsWith("MAIN"); }, 1000));
     }
-    QTRY_VERIFY(topText().startsWith("MAIN MENU")); // it was shown once, and left once
+    QTRY_VERIFY(Lcd::texts().startsWith("MAIN MENU")); // it was shown once, and left once
     QVERIFY(time.elapsed() >= 2900);
 }
 
@@ -79,11 +64,11 @@ void PoolTest::messageFitsItsBox_data()
 {
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("end"); // of what is shown
-    QTest::newRow("short, looks like markup") << "<b>"
-                                              << "<b>";
-    QTest::newRow("lines") << QString("word ").repeated(30) << QString("word ").repeated(30);
-    QTest::newRow("a word without end") << QString(200, 'x') << QString(QChar(0x2026));
-    QTest::newRow("a text without end") << QString("word ").repeated(5000) << QString(QChar(0x2026));
+    const QString words = QString("word ").repeated(30), ellipsis = QChar(0x2026);
+    QTest::newRow("short, looks like markup") << QString("<b>") << QString("<b>");
+    QTest::newRow("lines") << words << words;
+    QTest::newRow("a word without end") << QString(200, 'x') << ellipsis;
+    QTest::newRow("a text without end") << words.repeated(150) << ellipsis;
 }
 
 void PoolTest::messageFitsItsBox()
