@@ -134,7 +134,7 @@ void LooksTest::tooLongIsElided()
 {
     Lcd lcd;
     StyledLabel label(&lcd);
-    label.setSheet(Style::caption);
+    label.setSheet(Style::value);
     const auto picture = [&](const QString &text) {
         label.setText(text);
         label.resize(100, 30);
