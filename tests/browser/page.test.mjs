@@ -26,9 +26,6 @@ after(async () => {
     assert.equal(await simulator?.quit(), 0, 'panel-simulator ends well');
 });
 afterEach(async () => {
-    if (process.env.SCREENSHOTS)
-        for (const [index, page] of (context?.pages() ?? []).entries())
-            await page.screenshot({ path: join(process.env.SCREENSHOTS, `left-${index}.png`) });
     await context?.close();
     context = undefined;
     assert.deepEqual(faults.splice(0), []);
@@ -54,11 +51,23 @@ const centre = async (locator) => {
     const { x, y, width, height } = await locator.boundingBox();
     return [x + width / 2, y + height / 2];
 };
-const lcd = (page) => page.locator('#lcd').evaluate((canvas) => canvas.toDataURL());
-const lcdChanges = (page, before) => eventually(async () => await lcd(page) !== before);
+const lcd = (page) => page.locator('#lcd').evaluate((canvas) =>
+    canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height).data.join());
+/// As lcd() has them.
+const pixels = (page, png) => page.evaluate(async (data) => {
+    const image = Object.assign(new Image(), { src: data });
+    await image.decode();
+    const context = new OffscreenCanvas(image.width, image.height).getContext('2d');
+    context.drawImage(image, 0, 0);
+    return context.getImageData(0, 0, image.width, image.height).data.join();
+}, `data:image/png;base64,${png.toString('base64')}`);
 const eventually = async (isTrue) => {
     for (const end = Date.now() + 10000; !await isTrue();)
         assert.ok(Date.now() < end, `never came true: ${isTrue}`);
+};
+const saved = async (page, button) => {
+    const [download] = await Promise.all([page.waitForEvent('download'), page.locator(button).click()]);
+    return readFileSync(await download.path());
 };
 const logLine = (page, text) => page.locator('.line', { hasText: text }).first().waitFor();
 
@@ -76,7 +85,7 @@ test('a source goes to two destinations with Take', async () => {
     await key(page, 'Source 3, on').waitFor();
 });
 
-test('the knob moves the menu: arrow keys, wheel, a drag round it, a push', async () => {
+test('the knob moves the menu; pictures of the LCD: the PNG to the pixel, the GIF of many frames', async () => {
     const page = await openPage();
     const [x, y] = await centre(page.locator('#knob'));
     const radius = (await page.locator('#knob').boundingBox()).width * 0.4;
@@ -93,11 +102,18 @@ test('the knob moves the menu: arrow keys, wheel, a drag round it, a push', asyn
         escape: () => page.keyboard.press('Escape'),
     };
     for (const [name, move] of Object.entries(ways)) {
-        const shown = await lcd(page);
-        await move();
-        await lcdChanges(page, shown).catch(() => assert.fail(`${name} changes nothing`));
         await simulator.post('wait-lcd-still');
+        let shown; // what is still on its way to the page is none of this move's
+        await eventually(async () => (shown = await lcd(page)) === await pixels(page, await simulator.get('/lcd.png')));
+        await move();
+        await eventually(async () => await lcd(page) !== shown).catch(() => assert.fail(`${name} changes nothing`));
     }
+    // Taken one after the other: on a busy machine the LCD may change in between.
+    await eventually(async () => await pixels(page, await saved(page, '#save-png'))
+        === await pixels(page, await simulator.get('/lcd.png')));
+    const gif = await saved(page, '#save-gif');
+    assert.equal(gif.subarray(0, 6).toString(), 'GIF89a');
+    assert.ok(gif.toString('latin1').split('\x21\xf9\x04').length > 4, 'frames');
 });
 
 test('whatever ends a press lets go of the key', async () => {
@@ -165,16 +181,18 @@ test('an upgrade runs from 0 to 100, and both pages agree on it', async () => {
     const page = await openPage(), other = await openPage('?view=panel&zoom=3');
     await page.bringToFront();
     await page.fill('#upgrade-seconds', '2');
-    await page.locator('#upgrade-form button').click();
-    const percents = page.evaluate(() => new Promise((resolve) => {
-        const bar = document.getElementById('upgrade-bar'), seen = [];
-        new MutationObserver(() => {
-            seen.push(bar.value);
-            if (document.getElementById('upgrade-text').textContent === 'none')
-                resolve(seen);
-        }).observe(document.getElementById('upgrade-form'), { subtree: true, childList: true, attributes: true });
+    const upgrade = await page.evaluateHandle(() => ({ // watched from before it begins
+        percents: new Promise((resolve) => {
+            const bar = document.getElementById('upgrade-bar'), seen = [];
+            new MutationObserver(() => {
+                seen.push(bar.value);
+                if (Math.max(...seen) > 0 && document.getElementById('upgrade-text').textContent === 'none')
+                    resolve(seen);
+            }).observe(document.getElementById('upgrade-form'), { subtree: true, childList: true, attributes: true });
+        }),
     }));
-    const seen = await percents;
+    await page.locator('#upgrade-form button').click();
+    const seen = await upgrade.evaluate(({ percents }) => percents);
     assert.ok(new Set(seen).size > 5 && Math.max(...seen) >= 90, `steps of the bar: ${seen}`);
     await simulator.post('wait-lcd-still');
     await key(page, 'Source 7, off').click();
@@ -195,17 +213,19 @@ test('the switches of the bench are the device\'s', async () => {
     await page.fill('#message', 'Say "hi"  # there');
     await page.locator('#message-form button:text("Show")').click();
     await logLine(page, 'LCD.Message=Say "hi"');
-    await page.locator('#inputs button').first().click();
-    await page.locator('#inputs button[aria-pressed=false]').first().waitFor();
-    assert.match(await simulator.post('get /MEDIA/PORTS/VIDEO/I1/STATUS.SignalPresent'), /=(false|0)$/);
+    await page.locator('#inputs [data-port=I1]').click();
+    await page.locator('#inputs [data-port=I1][aria-pressed=false]').waitFor();
     await page.fill('#preset-name', 'Evening show');
     await page.locator('#preset-form button').click();
     await page.locator('#presets option', { hasText: 'Evening show' }).waitFor({ state: 'attached' });
     await page.locator('#health-bad').click();
-    await logLine(page, /HEALTH/);
+    await page.waitForFunction(() => {
+        const [value, , highest] = document.getElementById('sensor-value').textContent.match(/[\d.]+/g) ?? [];
+        return Number(value) > Number(highest);
+    });
     await page.fill('#console', 'nonsense');
     await page.locator('#console-form button').click();
-    await page.locator('#answer', { hasText: 'nonsense' }).waitFor();
+    await page.locator('#answer[data-kind=bad]', { hasText: 'nonsense' }).waitFor();
 });
 
 test('the log filters, waits and is saved', async () => {
@@ -219,33 +239,7 @@ test('the log filters, waits and is saved', async () => {
     await page.fill('#log-text', 'paused WORDS');
     await page.uncheck('[data-direction-filter=request]');
     assert.ok((await page.locator('.line').allTextContents()).every((line) => /paused words/.test(line)));
-    const [download] = await Promise.all([page.waitForEvent('download'), page.locator('#log-save').click()]);
-    assert.match(readFileSync(await download.path(), 'utf8'), /^(\d+\tanswer\t.*paused words\n)+$/);
-});
-
-test('pictures of the LCD: the PNG to the pixel, the GIF of many frames', async () => {
-    const page = await openPage();
-    for (const turn of ['ArrowRight', 'ArrowLeft', 'ArrowRight', 'ArrowLeft']) {
-        const shown = await lcd(page);
-        await page.keyboard.press(turn);
-        await lcdChanges(page, shown);
-    }
-    const saved = async (button) => {
-        const [download] = await Promise.all([page.waitForEvent('download'), page.locator(button).click()]);
-        return readFileSync(await download.path());
-    };
-    const pixels = (png) => page.evaluate(async (data) => {
-        const bytes = Uint8Array.from(atob(data), (letter) => letter.charCodeAt(0));
-        const image = await createImageBitmap(new Blob([bytes]));
-        const canvas = new OffscreenCanvas(image.width, image.height);
-        canvas.getContext('2d').drawImage(image, 0, 0);
-        return canvas.getContext('2d').getImageData(0, 0, image.width, image.height).data.join();
-    }, png.toString('base64'));
-    // Taken one after the other: on a busy machine the LCD may change in between.
-    await eventually(async () => await pixels(await saved('#save-png')) === await pixels(await simulator.get('/lcd.png')));
-    const gif = await saved('#save-gif');
-    assert.equal(gif.subarray(0, 6).toString(), 'GIF89a');
-    assert.ok(gif.toString('latin1').split('\x21\xf9\x04').length > 4, 'frames');
+    assert.match((await saved(page, '#log-save')).toString(), /^(\d+\tanswer\t.*paused words\n)+$/);
 });
 
 test('what is recorded replays', async () => {
@@ -258,8 +252,7 @@ test('what is recorded replays', async () => {
     await page.keyboard.press('Space');
     await logLine(page, 'connect(I2:-O4;)');
     await page.locator('#record').click();
-    const [download] = await Promise.all([page.waitForEvent('download'), page.locator('#record-save').click()]);
-    const script = readFileSync(await download.path(), 'utf8');
+    const script = (await saved(page, '#record-save')).toString();
     assert.match(script, /source 2[^]*destination 4[^]*take[^]*expect request "?CALL .*connect\(I2:-O4;\)/);
     const file = join(tmpdir(), `recorded-${process.pid}.script`);
     writeFileSync(file, script);
@@ -275,8 +268,7 @@ test('the program\'s crash is shown, and it starts again', async () => {
     const children = readFileSync(`/proc/${simulator.pid}/task/${simulator.pid}/children`, 'utf8').trim().split(' ');
     const program = children.find((pid) => readlinkSync(`/proc/${pid}/exe`).endsWith('/front-panel'));
     process.kill(Number(program), 'SIGKILL');
-    await page.locator('#program-end').waitFor();
-    assert.match(await page.locator('#program-text').textContent(), /front-panel crashed/);
+    await page.locator('#program-text', { hasText: 'front-panel crashed' }).waitFor();
     await page.locator('#restart').click();
     await page.locator('#program-end').waitFor({ state: 'hidden' });
     await simulator.post('wait-ready');
@@ -305,15 +297,16 @@ test('nothing covers anything else, at any size of the window', async () => {
             await page.getByText(zoom, { exact: true }).click();
             const faults = await page.evaluate(() => {
                 const parts = [...document.querySelectorAll('header, .bezel, .controls, .panel, #bench, #log')]
-                    .map((part) => [part.id || part.className, part.getBoundingClientRect()])
-                    .filter(([, box]) => box.width > 0);
-                const covers = ([, a], [, b]) => a.left < b.right - 1 && b.left < a.right - 1
-                    && a.top < b.bottom - 1 && b.top < a.bottom - 1;
-                return parts.flatMap((one, index) => parts.slice(index + 1).filter((other) => covers(one, other))
-                    .map((other) => `${one[0]} and ${other[0]}`))
-                    .concat([...document.querySelectorAll('.key')].filter((key) => key.scrollHeight > key.clientHeight)
-                        .map((key) => `${key.textContent} is cut`))
-                    .concat(parts.filter(([, box]) => box.right > innerWidth).map(([name]) => `${name} leaves the window`));
+                    .map((part) => ({ name: part.id || part.className, box: part.getBoundingClientRect() }))
+                    .filter(({ box }) => box.width > 0);
+                const covers = (a, b) => a !== b && a.box.left < b.box.right - 1 && b.box.left < a.box.right - 1
+                    && a.box.top < b.box.bottom - 1 && b.box.top < a.box.bottom - 1;
+                const cut = [...document.querySelectorAll('.key')].filter((key) => key.scrollHeight > key.clientHeight);
+                return [
+                    ...parts.flatMap((a) => parts.filter((b) => covers(a, b)).map((b) => `${a.name} covers ${b.name}`)),
+                    ...cut.map((key) => `${key.textContent} is cut`),
+                    ...parts.filter(({ box }) => box.right > innerWidth).map(({ name }) => `${name} leaves the window`),
+                ];
             });
             assert.deepEqual(faults, [], `${width} x ${height}, ${zoom}`);
         }
@@ -327,8 +320,6 @@ for (const colorScheme of ['light', 'dark']) {
             const page = await openPage(query, { width, height, colorScheme });
             const { violations } = await new AxeBuilder({ page }).analyze();
             assert.deepEqual(violations.map(({ id, nodes }) => `${id}: ${nodes[0].html}`), [], `${query} ${width}`);
-            if (process.env.SCREENSHOTS)
-                await page.screenshot({ path: join(process.env.SCREENSHOTS, `${colorScheme}-${width}.png`) });
             await context.close();
             context = undefined;
         }
