@@ -25,8 +25,7 @@ private slots:
     void networkIsSaved();
     void staticRowsFollowDhcp();
     void absentFirmwareHasNoRow();
-    void powerRedundancyFollowsFrame();
-    void boardsFollowFrame();
+    void rowsFollowFrame();
 
 private:
     Wire m_wire;
@@ -80,69 +79,53 @@ void SystemScreensTest::networkIsSaved()
 void SystemScreensTest::staticRowsFollowDhcp()
 {
     Lcd::keys("\r");
-    const struct
-    {
-        const char *dhcp, *address, *expected;
-    } steps[] = {
-        // the last two of them by another client
-        {"true", "10.0.0.3", "DHCP: Enabled|Security: TBD|"},
-        {"false", "", "DHCP: Disabled|Security: TBD|Static IP: 10.0.0.3|Static Subnet: TBD|Static Gateway: TBD|"},
-        {"true", "10.0.0.4", "DHCP: Enabled|Security: TBD|"},
-        {"false", "", "DHCP: Disabled|Security: TBD|Static IP: 10.0.0.4|Static Subnet: TBD|Static Gateway: TBD|"},
-    };
-    for (const auto &[dhcp, address, expected] : steps) {
-        m_wire.change(network + "DhcpEnabled", dhcp);
-        if (*address)
-            m_wire.change(network + "StaticIpAddress", address);
-        QVERIFY(m_wire.settle());
-        QCOMPARE(shown(), QString("IP: TBD|Subnet: TBD|Gateway: TBD|%1Link Status: TBD|MAC: TBD").arg(expected));
-    }
+    const QString rows = "IP: TBD|Subnet: TBD|Gateway: TBD|DHCP: %1|Security: TBD|%2Link Status: TBD|MAC: TBD";
+    m_wire.change(network + "DhcpEnabled", "true");
+    m_wire.change(network + "StaticIpAddress", "10.0.0.3");
+    QVERIFY(m_wire.settle());
+    QCOMPARE(shown(), rows.arg("Enabled", ""));
+    m_wire.change(network + "DhcpEnabled", "false");
+    QVERIFY(m_wire.settle());
+    QCOMPARE(shown(), rows.arg("Disabled", "Static IP: 10.0.0.3|Static Subnet: TBD|Static Gateway: TBD|"));
     Lcd::keys("DDDDD\r");
     QCOMPARE(Lcd::title(), "STATIC IP"); // its editor
 }
 
 void SystemScreensTest::absentFirmwareHasNoRow()
 {
-    const QString path = "/MANAGEMENT/UID.AdditionalFirmwareVersion%1";
+    const QString version = "/MANAGEMENT/UID.%1FirmwareVersion%2", absent = "0.0.0b0";
     Lcd::keys("DDDDDD\rDD\r");
-    m_wire.answer("/MANAGEMENT/UID.FirmwareVersion", "0.0.0b0");
+    m_wire.answer(version.arg("", ""), absent);
     for (int component = 1; component <= 10; ++component)
-        m_wire.answer(
-            path.arg(component), component % 7 == 1 || component == 10 ? "0.0.0b0" : path.arg(component).last(8));
+        m_wire.answer(version.arg("Additional").arg(component),
+            QList{1, 8, 10}.contains(component) ? absent : QString::number(component));
     QVERIFY(m_wire.settle());
-    const QString rows = "Package: 0.0.0b0|Menu: Version2|V10 I/O Port: Version3|ControlPanel: Version4|"
-                         "Built In Web: Version5|File System: Version6|Bootloader: Version7|VPP RX: Version9";
+    const QString rows = "Package: 0.0.0b0|Menu: 2|V10 I/O Port: 3|ControlPanel: 4|Built In Web: 5|File System: 6|"
+                         "Bootloader: 7|VPP RX: 9";
     QCOMPARE(shown(), rows);
     Lcd::keys("\033\r");
     QCOMPARE(shown(), rows);
 }
 
-void SystemScreensTest::powerRedundancyFollowsFrame()
-{
-    const QString rows = "Network|RS-232|Time and Date|Display Brightness: TBD|Buzzer: TBD|%1Device Info|"
-                         "Enter Standby Mode|Restore Factory Defaults";
-    identify("47110005", "10"); // two power supplies
-    QCOMPARE(shown(), rows.arg("Power redundancy|"));
-    identify("47110004", "10");
-    QCOMPARE(shown(), rows.arg(""));
-    Lcd::keys("DDDDD\r");
-    QCOMPARE(Lcd::title(), "DEVICE INFO");
-}
-
-void SystemScreensTest::boardsFollowFrame()
+void SystemScreensTest::rowsFollowFrame()
 {
     const int pending = Screen::pendingEntries();
-    identify("47110020", "10 11 12 13 14 15 16 17 18 19 20"); // 16 x 20
+    const QString rows = "Network|RS-232|Time and Date|Display Brightness: TBD|Buzzer: TBD|%1Device Info|"
+                         "Enter Standby Mode|Restore Factory Defaults";
+    identify("47110020", "10 11 12 13 14 15 16 17 18 19 20"); // 16 x 20, with two power supplies
     QCOMPARE(Screen::pendingEntries(), pending - 1);
+    QCOMPARE(shown(), rows.arg("Power redundancy|"));
     Lcd::keys("DDDDDD\rD\r");
-    const QString rows = "HSMB: %1|CECU: TBD|CPNL: TBD|";
+    const QString boards = "HSMB: %1|CECU: TBD|CPNL: TBD|%2";
     QCOMPARE(
-        shown(), rows.arg("TBD") + "IB1: V10|IB2: V11|IB3: V14|IB4: V15|OB1: V12|OB2: V13|OB3: V16|OB4: V17|OB5: V20");
+        shown(), boards.arg("TBD", "IB1: V10|IB2: V11|IB3: V14|IB4: V15|OB1: V12|OB2: V13|OB3: V16|OB4: V17|OB5: V20"));
     m_wire.sent();
-    identify("47110011", "30 31 32 33"); // other boards were put in, and the link came back
+    identify("47110011", "30 31 32 33"); // another device behind the same address
     m_wire.answer("/MANAGEMENT/UID.HwVersion", "V4_2026");
     QVERIFY(m_wire.settle());
-    QCOMPARE(shown(), rows.arg("V4_2026") + "IB1: V30|IB2: V31|OB1: V32|OB2: V33");
+    QCOMPARE(shown(), boards.arg("V4_2026", "IB1: V30|IB2: V31|OB1: V32|OB2: V33"));
+    Lcd::keys("\033\033");
+    QCOMPARE(shown(), rows.arg(""));
 }
 
 QTEST_MAIN(SystemScreensTest)
