@@ -1,11 +1,9 @@
-#include "protocol/catalogue.h"
 #include "tests/ui/lcd.h"
 #include "tests/ui/wire.h"
 #include "ui/propertydisplaylabel.h"
 #include "ui/screendata.h"
 
 #include <QScrollBar>
-#include <QTest>
 
 namespace {
 
@@ -18,15 +16,9 @@ public:
     using ScreenData::addWatchedProperty;
     using ScreenData::clearLines;
     using ScreenData::lines;
-    using ScreenData::navigator;
     using ScreenData::removeLine;
     using ScreenData::ScreenData;
 
-    void setPort(const QString &port) override
-    {
-        ports.append(port);
-        ScreenData::setPort(port);
-    }
     QString hovered() const
     {
         QString captions;
@@ -41,8 +33,6 @@ public:
             texts += line->values().first()->text();
         return texts.join(' ');
     }
-
-    QStringList ports;
 };
 
 /// A page over the root of a menu.
@@ -54,12 +44,6 @@ struct Menu
     List root{&lcd}, page{&lcd};
 };
 
-bool isInView(const QWidget *row)
-{
-    const QWidget *view = row->parentWidget()->parentWidget();
-    return view->rect().contains(QRect(row->mapTo(view, QPoint()), row->size()));
-}
-
 } // namespace
 
 /// A list page on the wire and under the knob.
@@ -67,7 +51,7 @@ class DataScreenTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_wire.connectProgram()); }
     void init() { m_wire.takeLines(); }
     void fetchesOnceAndCloses();
     void showsValues();
@@ -79,36 +63,27 @@ private slots:
 
 private:
     Wire m_wire;
-    Dt3Property m_other;
 };
-
-void DataScreenTest::initTestCase()
-{
-    fillCatalogue();
-    m_other.setPath("/OTHER.Watched");
-    Dt3Manager::instance()->connectToDevice();
-    QTRY_VERIFY(m_wire.hasClient());
-}
 
 void DataScreenTest::fetchesOnceAndCloses()
 {
     Menu menu;
     List &page = menu.page;
+    Dt3Property nowhere, watched;
+    watched.setPath("/OTHER.Watched");
     page.addPropertyLine("Time", &propDatetimeCurrentTime);
     page.addPropertyLine("Again", &propDatetimeCurrentTime);
     page.addPropertyLine("Brightness", &propLcdBrightness);
-    page.addWatchedProperty(&m_other);
-    Dt3Property nowhere;
     page.addPropertyLine("Nothing", &nowhere);
+    page.addWatchedProperty(&watched);
     page.showMe();
-    const QStringList subscribes{"GET /MANAGEMENT/DATETIME.CurrentTime", "GET /SYS/CECU/LCD.Brightness",
-        "GET /OTHER.Watched", "OPEN /MANAGEMENT/DATETIME", "OPEN /SYS/CECU/LCD", "OPEN /OTHER"};
-    QTRY_COMPARE(m_wire.requests(), subscribes);
-    m_wire.takeLines();
     page.removeLine("Time");
     page.removeLine("Again"); // its node is still held
     page.hideMe();
-    QTRY_COMPARE(m_wire.requests(), (QStringList{"CLOSE /MANAGEMENT/DATETIME", "CLOSE /SYS/CECU/LCD", "CLOSE /OTHER"}));
+    QCOMPARE(m_wire.sent().join(", "),
+        "GET /MANAGEMENT/DATETIME.CurrentTime, GET /SYS/CECU/LCD.Brightness, GET /OTHER.Watched, "
+        "OPEN /MANAGEMENT/DATETIME, OPEN /SYS/CECU/LCD, OPEN /OTHER, "
+        "CLOSE /MANAGEMENT/DATETIME, CLOSE /SYS/CECU/LCD, CLOSE /OTHER");
 }
 
 void DataScreenTest::showsValues()
@@ -119,7 +94,6 @@ void DataScreenTest::showsValues()
     page.addPropertyLine("IP", &propNetworkIpAddress);
     page.addPropertyLine("IP again", &propNetworkIpAddress);
     page.showMe();
-    QTRY_COMPARE(m_wire.lines().size(), 3);
     QCOMPARE(page.values(), "TBD TBD TBD");
     m_wire.answer("/MANAGEMENT/NETWORK.DhcpEnabled", "true");
     m_wire.answer("/MANAGEMENT/NETWORK.IpAddress", "1.2.3.4");
@@ -128,10 +102,9 @@ void DataScreenTest::showsValues()
     m_wire.change("/MANAGEMENT/NETWORK.IpAddress", "<b>5</b>");
     QTRY_COMPARE(page.values(), "Enabled 1.2.3.4 <b>5</b>"); // a hidden one waits
     page.hideMe();
-    QTRY_COMPARE(m_wire.requests().last(), "CLOSE /MANAGEMENT/NETWORK");
+    QCOMPARE(m_wire.sent().last(), "CLOSE /MANAGEMENT/NETWORK");
     m_wire.sendLines({"CHG /MANAGEMENT/NETWORK.IpAddress=7"}); // is nobody's business now
     page.showMe();
-    QTRY_COMPARE(m_wire.requests().count("GET /MANAGEMENT/NETWORK.IpAddress"), 2);
     m_wire.answer("/MANAGEMENT/NETWORK.DhcpEnabled", "raw");
     QTRY_COMPARE(page.values(), "raw 1.2.3.4 <b>5</b>");
 }
@@ -148,9 +121,7 @@ void DataScreenTest::opensChildWithThePortOfTheRow()
     Lcd::keys("D\r"); // a row without a child: nothing opens
     QVERIFY(page.hasFocus());
     Lcd::keys("A\r");
-    QCOMPARE(child.ports, QStringList{"/I3"});
     QVERIFY(propPortStatusColorSpace.path().contains("/O7/"));
-    QTRY_VERIFY(m_wire.requests().contains("OPEN /MEDIA/PORTS/VIDEO/I3/STATUS"));
     m_wire.answer("/MEDIA/PORTS/VIDEO/I3/STATUS.SignalType", "x");
     QTRY_COMPARE(child.values(), "x TBD");
     Lcd::keys("\x1b");
@@ -160,13 +131,20 @@ void DataScreenTest::opensChildWithThePortOfTheRow()
 
 void DataScreenTest::absentBoardIsNotedOnce()
 {
-    Menu menu;
+    struct Page : ScreenData
+    {
+        using ScreenData::ScreenData;
+        void setPort(const QString &) override { ++notes; }
+        int notes = 0;
+    };
+    Lcd lcd;
+    Page page(&lcd);
     const QString path = propUidAdditionalFirmwareVersion3.path();
-    menu.page.propertyChanged(path, "0.0.0b0");
-    QCOMPARE(menu.page.ports, QStringList());
-    menu.page.propertyReceived(path, "0.0.0b0");
-    menu.page.propertyReceived(path, "0.0.0b0");
-    QCOMPARE(menu.page.ports, QStringList{""});
+    page.propertyChanged(path, "0.0.0b0");
+    QCOMPARE(page.notes, 0);
+    page.propertyReceived(path, "0.0.0b0");
+    page.propertyReceived(path, "0.0.0b0");
+    QCOMPARE(page.notes, 1);
 }
 
 void DataScreenTest::highlightSurvivesRemoval()
@@ -199,9 +177,8 @@ void DataScreenTest::rowsLeaveNothing()
     List &page = menu.page;
     page.showMe();
     const auto *grid = page.findChild<QGridLayout *>();
-    int rows = 0;
-    qsizetype objects = 0;
-    for (int week = 0; week < 10; ++week) {
+    QStringList weeks;
+    for (int week = 0; week < 4; ++week) {
         for (const char *caption : {"0", "1", "2", "3", "4"})
             page.addPropertyLine(caption, &propLcdBrightness);
         page.removeLine("0");
@@ -210,15 +187,11 @@ void DataScreenTest::rowsLeaveNothing()
         QString order;
         for (int row = 0; row < 3; ++row) // no gap where a row was
             order += static_cast<QLabel *>(grid->itemAtPosition(row, 1)->widget())->text();
-        QCOMPARE(order, "124");
-        if (week < 2) {
-            rows = grid->rowCount();
-            objects = page.findChildren<QObject *>().size();
-        }
-        QCOMPARE(grid->rowCount(), rows);
-        QCOMPARE(page.findChildren<QObject *>().size(), objects);
+        weeks += QString("%1 %2 %3").arg(order).arg(grid->rowCount()).arg(page.findChildren<QObject *>().size());
         page.clearLines();
     }
+    QVERIFY2(weeks[1].startsWith("124 "), qPrintable(weeks[1]));
+    QCOMPARE(weeks.mid(2), QStringList(2, weeks[1]));
 }
 
 void DataScreenTest::longListScrolls()
@@ -231,18 +204,22 @@ void DataScreenTest::longListScrolls()
     page.showMe();
     QTRY_VERIFY(!menu.root.isVisible());
     const auto *bar = page.findChild<QScrollBar *>();
+    const auto isInView = [&](qsizetype row) {
+        const QWidget *label = page.lines()[row]->captionLabel(), *view = label->parentWidget()->parentWidget();
+        return view->rect().contains(QRect(label->mapTo(view, QPoint()), label->size()));
+    };
     for (int turn = 1; turn <= 94; ++turn) { // to the last one, and back
         Lcd::keys(turn <= 47 ? "D" : "A");
         const int row = turn <= 47 ? turn : 94 - turn;
         QCOMPARE(page.hovered(), QString("Row %1").arg(row));
-        QVERIFY2(isInView(page.lines()[row]->captionLabel()), qPrintable(page.hovered()));
+        QVERIFY2(isInView(row), qPrintable(page.hovered()));
         QVERIFY(turn != 47 || bar->value() == bar->maximum());
     }
     QVERIFY(bar->value() < 30);
     Lcd::keys("DDDDDDDDDDDDDDDDDDDD");
     for (int i = 0; i < 15; ++i)
         page.removeLine(QString("Row %1").arg(i)); // those above go: the highlight is still in view
-    QTRY_VERIFY(isInView(page.lines()[5]->captionLabel()));
+    QTRY_VERIFY(isInView(5));
     QCOMPARE(page.hovered(), "Row 20");
     page.hideMe();
     page.showMe();
