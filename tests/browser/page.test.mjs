@@ -320,6 +320,8 @@ for (const colorScheme of ['light', 'dark']) {
             const page = await openPage(query, { width, height, colorScheme });
             const { violations } = await new AxeBuilder({ page }).analyze();
             assert.deepEqual(violations.map(({ id, nodes }) => `${id}: ${nodes[0].html}`), [], `${query} ${width}`);
+            if (process.env.SCREENSHOTS) // a folder
+                await page.screenshot({ path: join(process.env.SCREENSHOTS, `${colorScheme}-${width}.png`) });
             await context.close();
             context = undefined;
         }
