@@ -2,7 +2,10 @@
 # pictures.sh PANEL-SIMULATOR [--update]: compares the LCD with the pictures beside this script, or replaces them.
 set -eu
 cd -- "$(dirname -- "$0")"
-if [ "${2-}" != --update ]; then
-    exec "$1" --script pictures.script
+if [ "${2-}" = --update ]; then
+    look='wait-lcd-still 600\nlcd \1'
+else
+    look='expect-lcd \1 24 0.2'
 fi
-sed 's/^expect-lcd \([^ ]*\).*/wait-lcd-still 600\nlcd \1/' pictures.script | "$1" --script -
+sed -E "s/^(push|escape|turn .*|tap .*)\$/&\nwait-lcd-still 200/; s/^expect-lcd (.*)/$look/" pictures.script |
+    "$1" --script -
