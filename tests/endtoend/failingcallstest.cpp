@@ -48,9 +48,9 @@ struct Run
     explicit Run(const Failure &failure = {}, const Run *sane = nullptr)
     {
         QTemporaryDir folder;
-        const QByteArray report = folder.filePath("report").toUtf8();
+        QFile report(folder.filePath("report"));
         qputenv("LD_PRELOAD", CALL_INJECTOR); // what we start inherits it
-        qputenv("FAIL_REPORT", report);
+        qputenv("FAIL_REPORT", report.fileName().toUtf8());
         qputenv("FAIL_CALL", failure.call.toUtf8());
         qputenv("FAIL_TARGET", failure.target.toUtf8());
         qputenv("FAIL_AT", QByteArray::number(failure.at));
@@ -61,27 +61,19 @@ struct Run
             messages = front.messages();
             end = front.device().programEnd();
         }
-        QFile file(report);
-        if (file.open(QIODevice::ReadOnly))
-            calls = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+        if (report.open(QIODevice::ReadOnly))
+            calls = QString::fromUtf8(report.readAll()).split('\n', Qt::SkipEmptyParts);
     }
 
     QStringList calls; ///< "COUNT CALL TARGET" each; empty where no call has failed.
     QStringList messages;
     std::optional<ProgramEnd> end; ///< It ended by itself.
     QImage lcd;
-    QList<int> leds;       ///< Of panel 1.
+    QString leds;
     bool isGood = false;   ///< Front and LCD are as without the failure, or it says something else.
     bool isAtRest = false; ///< It takes next to no processor time.
 
 private:
-    static QList<int> ledsOf(const Front &front)
-    {
-        QList<int> leds;
-        for (int number = 1; number <= 40; ++number)
-            leds.append(front.led(1, number));
-        return leds;
-    }
     void play(Front &front, const Run *sane)
     {
         const Device &device = front.device();
@@ -94,28 +86,24 @@ private:
             return;
         front.tap(1, 2);
         if (sane) {
-            isGood = QTest::qWaitFor([&] { return works(front, *sane) || saysMore(front.messages(), *sane); }, 20000);
+            const auto works = [&] { return front.litLeds() == sane->leds && front.device().bed().lcd() == sane->lcd; };
+            const auto saysMore = [&] {
+                return std::any_of(front.messages().begin(), front.messages().end(),
+                    [sane](const QString &message) { return !sane->messages.contains(message); });
+            };
+            isGood = QTest::qWaitFor([&] { return works() || saysMore(); }, 20000);
         } else {
             isGood = QTest::qWaitFor([&front] { return front.led(1, 2) == 1; });
             lcd = front.picture();
-            leds = ledsOf(front);
+            leds = front.litLeds();
         }
         for (int look = 0; look < 20 && !isAtRest; ++look) {
             const double before = processorTime(device);
             QElapsedTimer timer;
             timer.start();
-            (void)QTest::qWaitFor([&timer] { return timer.hasExpired(300); });
+            Front::pass(300);
             isAtRest = device.programEnd() || processorTime(device) - before < 0.0002 * double(timer.elapsed());
         }
-    }
-    static bool works(Front &front, const Run &sane)
-    {
-        return ledsOf(front) == sane.leds && front.device().bed().lcd() == sane.lcd;
-    }
-    static bool saysMore(const QStringList &messages, const Run &sane)
-    {
-        return std::any_of(messages.begin(), messages.end(),
-            [&sane](const QString &message) { return !sane.messages.contains(message); });
     }
 };
 
@@ -141,7 +129,7 @@ private slots:
 private:
     const bool m_all;
     std::optional<Run> m_sane;
-    int m_planned = 0, m_failed = 0;
+    int m_planned = 0, m_failed = 0; ///< Calls of the rows that were run.
 };
 
 void FailingCallsTest::initTestCase()
@@ -153,20 +141,18 @@ void FailingCallsTest::initTestCase()
 
 void FailingCallsTest::isHandled_data()
 {
-    QTest::addColumn<QString>("call");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<int>("at");
-    QTest::addColumn<int>("error");
+    QTest::addColumn<Failure>("failure");
+    int planned = 0;
     for (const QString &line : std::as_const(m_sane->calls)) {
         const QString call = line.section(' ', 1, 1), target = line.section(' ', 2);
         const QList<int> causes = errors[call];
         const int count = line.section(' ', 0, 0).toInt();
         for (int at = 1; at <= count; at += m_all || at < 2 ? 1 : 10) {
             for (qsizetype i = 0; i < (m_all ? causes.size() : 1); ++i) {
-                const int error = causes[m_all ? i : m_planned % causes.size()];
+                const int error = causes[m_all ? i : planned % causes.size()];
                 QTest::addRow("%s %d of %s: %s", qPrintable(call), at, qPrintable(target), strerrorname_np(error))
-                    << call << target << at << error;
-                ++m_planned;
+                    << Failure{call, target, at, error};
+                ++planned;
             }
         }
     }
@@ -174,16 +160,14 @@ void FailingCallsTest::isHandled_data()
 
 void FailingCallsTest::isHandled()
 {
-    QFETCH(QString, call);
-    QFETCH(QString, target);
-    QFETCH(int, at);
-    QFETCH(int, error);
-    const Run run({call, target, at, error}, &*m_sane);
+    QFETCH(const Failure, failure);
+    ++m_planned;
+    const Run run(failure, &*m_sane);
     if (run.calls.isEmpty())
         return; // what arrives together is read together; cleanupTestCase() counts how many were made to fail
     ++m_failed;
     const QString said = run.messages.join('\n');
-    if (run.end && target.endsWith("/libqlinuxfb.so")) { // Qt itself ends the program then, by a signal
+    if (run.end && failure.target.endsWith("/libqlinuxfb.so")) { // Qt itself ends the program then, by a signal
         QVERIFY(said.contains("no Qt platform plugin"));
     } else if (run.end) {
         QVERIFY2(run.end->how == ProgramEnd::How::Exited && run.end->exitCode != 0, qPrintable(said));

@@ -1,5 +1,6 @@
 #include "tests/endtoend/front.h"
 
+#include <QDeadlineTimer>
 #include <QTest>
 
 Front::Front(int row, const HardwareFaults &faults)
@@ -36,6 +37,30 @@ void Front::tap(int panel, int button)
 {
     hold(panel, button, true);
     hold(panel, button, false);
+}
+
+void Front::tapKey(int code)
+{
+    m_device.bed().setKeyboardKey(code, true);
+    m_device.bed().setKeyboardKey(code, false);
+}
+
+void Front::pass(int milliseconds)
+{
+    const QDeadlineTimer deadline(milliseconds);
+    (void)QTest::qWaitFor([&deadline] { return deadline.hasExpired(); }, milliseconds + 5000);
+}
+
+QString Front::litLeds() const
+{
+    QStringList lit;
+    for (int panel = 1; panel <= 3; ++panel) {
+        for (int number = 1; number <= 40; ++number) {
+            if (const int value = led(panel, number))
+                lit.append(QStringLiteral("%1.%2=%3").arg(panel).arg(number).arg(value));
+        }
+    }
+    return lit.join(' ');
 }
 
 QImage Front::picture() const

@@ -1,19 +1,11 @@
 #include "tests/soak/panelcheck.h"
 
+#include <QFile>
 #include <QTest>
 
 namespace {
 
 const QString crosspoint = "/MEDIA/XP/VIDEO";
-
-PortKey keyOf(const std::array<PortRun, 3> &runs, int port)
-{
-    for (const PortRun &run : runs) {
-        if (port >= run.firstNumber && port < run.firstNumber + run.count)
-            return {run.panel, run.firstButton + port - run.firstNumber};
-    }
-    return {};
-}
 
 QString field(Front &front, const char *list, int port)
 {
@@ -25,39 +17,21 @@ int sourceOf(Front &front, int destination)
     return field(front, "DestinationConnectionStatus", destination).mid(1).toInt();
 }
 
-int destinationCount(const Device &device)
-{
-    return std::min(device.layout().destinationCount, device.frame().outputPortCount());
-}
-
 /// The LEDs of the ports show this source and this destination alone. @param source, destination 0 for none.
 bool isShown(Front &front, int source, int destination)
 {
-    const auto shows
-        = [&front](PortKey key, bool lit) { return !key.panel || front.led(key.panel, key.button) == lit; };
     const PanelLayout &layout = front.device().layout();
     bool shown = true;
-    for (int port = 1; port <= layout.sourceCount; ++port)
-        shown = shown && shows(sourceKey(layout, port), port == source);
-    for (int port = 1; port <= layout.destinationCount; ++port)
-        shown = shown && shows(destinationKey(layout, port), port == destination);
+    const auto show = [&](const QString &kind, int count, int only) {
+        for (int port = 1; port <= count; ++port) {
+            const FrontKey key = portKey(layout, kind, port);
+            shown = shown && (!key.panel || front.led(key.panel, key.button) == (port == only));
+        }
+    };
+    show("source", layout.sourceCount, source);
+    show("destination", layout.destinationCount, destination);
     return shown;
 }
-
-/// "panel.led=value" each, the dark ones left out.
-QString litLeds(const Front &front)
-{
-    QStringList lit;
-    for (int panel = 1; panel <= 3; ++panel) {
-        for (int number = 1; number <= 40; ++number) {
-            if (const int value = front.led(panel, number))
-                lit.append(QStringLiteral("%1.%2=%3").arg(panel).arg(number).arg(value));
-        }
-    }
-    return lit.join(' ');
-}
-
-void tap(Front &front, PortKey key) { front.tap(key.panel, key.button); }
 
 /// Lines arrive in order: once the program has followed the panel lock, it has heard all there was before.
 bool hasHeardAll(Front &front)
@@ -71,6 +45,14 @@ bool hasHeardAll(Front &front)
 
 } // namespace
 
+double programMemory(const Device &device)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(device.programProcessId()));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    return QString::fromLatin1(status.readAll()).section("VmRSS:", 1).section("kB", 0, 0).toDouble();
+}
+
 bool comesTrue(QSignalSpy &spy, const std::function<bool()> &condition)
 {
     bool inTime = true;
@@ -80,30 +62,30 @@ bool comesTrue(QSignalSpy &spy, const std::function<bool()> &condition)
     return inTime;
 }
 
-PortKey sourceKey(const PanelLayout &layout, int source) { return keyOf(layout.sources, source); }
-
-PortKey destinationKey(const PanelLayout &layout, int destination) { return keyOf(layout.destinations, destination); }
+FrontKey portKey(const PanelLayout &layout, const QString &kind, int port)
+{
+    FrontKey key;
+    QStringList words{kind, QString::number(port)};
+    (void)takeKey(layout, &words, &key);
+    return key;
+}
 
 QString menuProblem(Front &front, const QImage &menu)
 {
-    TestBed &bed = front.device().bed();
-    const auto escape = [&bed] {
-        bed.setKeyboardKey(TestBed::escapeKey, true);
-        bed.setKeyboardKey(TestBed::escapeKey, false);
-        bed.turnKnob(-30, TestBed::slowDetent); // to the first row
-    };
     for (int level = 0; front.picture() != menu; ++level) {
         if (level == 24) {
             front.picture().save(QStringLiteral("soak.png"));
             return QStringLiteral("Escapes do not lead to the menu; what is on the LCD is in soak.png");
         }
-        escape();
+        front.tapKey(TestBed::escapeKey);
+        front.turn(-30); // to the first row
     }
-    bed.turnKnob(1, TestBed::slowDetent);
+    const TestBed &bed = front.device().bed();
+    front.turn(1);
     if (!QTest::qWaitFor([&] { return bed.lcd() != menu; }))
         return QStringLiteral("the menu does not follow the knob");
     front.picture();
-    bed.turnKnob(-1, TestBed::slowDetent);
+    front.turn(-1);
     if (!QTest::qWaitFor([&] { return bed.lcd() == menu; }))
         return QStringLiteral("the menu does not follow the knob back");
     return {};
@@ -115,7 +97,7 @@ QString routingProblem(Front &front, QRandomGenerator &random)
         return QStringLiteral("the LEDs do not come to rest");
     CoreService &core = front.device().core();
     const PanelLayout &layout = front.device().layout();
-    const int destinations = destinationCount(front.device());
+    const int destinations = std::min(layout.destinationCount, front.device().frame().outputPortCount());
     for (int destination = 1; destination <= destinations; ++destination) {
         const int source = 1 + random.bounded(layout.sourceCount);
         core.callMethod(crosspoint + ":connect", QStringLiteral("I%1:-O%2").arg(source).arg(destination));
@@ -130,28 +112,28 @@ QString routingProblem(Front &front, QRandomGenerator &random)
         const auto agrees = [&] {
             return isShown(front, source, destination) && front.led(1, PanelLayout::destinationLock) == locked;
         };
-        tap(front, destinationKey(layout, destination));
+        const FrontKey key = portKey(layout, "destination", destination);
+        front.tap(key.panel, key.button);
         if (!QTest::qWaitFor(agrees))
             return QStringLiteral("destination %1 has source %2%3, and the LEDs show %4")
                 .arg(destination)
                 .arg(source)
-                .arg(locked ? " and is locked" : "", litLeds(front));
+                .arg(locked ? " and is locked" : "", front.litLeds());
     }
     const int destination = 1 + random.bounded(destinations);
     core.callMethod(crosspoint + ":unlockDestination", QStringLiteral("O%1").arg(destination));
     const int source = sourceOf(front, destination) % layout.sourceCount + 1;
     if (!hasHeardAll(front))
         return QStringLiteral("the panel does not follow its lock at the end");
-    const PortKey first = sourceKey(layout, source), second = destinationKey(layout, destination);
-    const auto press = [&front](PortKey key, int led) { // one by one: each panel is a device of its own
-        tap(front, key);
+    const auto press = [&front](FrontKey key, int led) { // one by one: each panel is a device of its own
+        front.tap(key.panel, key.button);
         return QTest::qWaitFor([&front, key, led] { return front.led(key.panel, key.button) == led; });
     };
-    if (!press(first, 1) || !press(second, 2))
+    if (!press(portKey(layout, "source", source), 1) || !press(portKey(layout, "destination", destination), 2))
         return QStringLiteral("source %1 and destination %2 are not to be selected; the LEDs show %3")
             .arg(source)
             .arg(destination)
-            .arg(litLeds(front));
+            .arg(front.litLeds());
     front.tap(1, layout.take);
     if (!QTest::qWaitFor([&] { return sourceOf(front, destination) == source; }))
         return QStringLiteral("the keys do not route source %1 to destination %2").arg(source).arg(destination);

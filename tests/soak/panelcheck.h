@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/frontkey.h"
 #include "tests/endtoend/front.h"
 
 #include <QRandomGenerator>
@@ -7,16 +8,14 @@
 
 #include <functional>
 
+/// Resident memory of the program, in KiB; 0 when there is none.
+double programMemory(const Device &device);
+
 /// Waits for events instead of looking every few milliseconds. @param spy whatever brings the condition about.
 bool comesTrue(QSignalSpy &spy, const std::function<bool()> &condition);
 
-/// Where a front has the key of a port. Panel 0: nowhere.
-struct PortKey
-{
-    int panel = 0, button = 0;
-};
-PortKey sourceKey(const PanelLayout &layout, int source);
-PortKey destinationKey(const PanelLayout &layout, int destination);
+/// Where a front has the key of a port. Panel 0: nowhere. @param kind "source" or "destination".
+FrontKey portKey(const PanelLayout &layout, const QString &kind, int port);
 
 /// Whether the panel of a device at rest does its work. Empty, or the first thing that it does not.
 /// The menu: Escapes lead to it from wherever the LCD is, and it follows the knob there and back.

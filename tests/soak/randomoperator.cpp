@@ -1,8 +1,5 @@
 #include "tests/soak/randomoperator.h"
 
-#include <QDeadlineTimer>
-#include <QTest>
-
 using namespace std::chrono_literals;
 
 namespace {
@@ -27,8 +24,8 @@ RandomOperator::RandomOperator(Front &front, QRandomGenerator &random)
           {15, [this] { releaseKeys(); }},
           {90, [this] { m_front.device().bed().turnKnob(m_random.bounded(-4, 6), TestBed::slowDetent); }},
           {90, [this] { m_front.device().bed().turnKnob(m_random.bounded(-4, 6), TestBed::fastDetent); }},
-          {130, [this] { tapKeyboard(TestBed::pushKey); }},
-          {20, [this] { tapKeyboard(TestBed::escapeKey); }},
+          {130, [this] { m_front.tapKey(TestBed::pushKey); }},
+          {20, [this] { m_front.tapKey(TestBed::escapeKey); }},
           {250, [this] { changeProperty(); }},
           {20, [this] { m_core.addPreset(anyOf(presets)); }},
           {20, [this] { m_core.removePreset(anyOf(presets)); }},
@@ -54,8 +51,7 @@ void RandomOperator::act()
     for (int at = m_random.bounded(all); at >= chosen->weight; ++chosen)
         at -= chosen->weight;
     chosen->act();
-    const QDeadlineTimer deadline(m_random.bounded(40)); // also in the middle of a slide
-    (void)QTest::qWaitFor([&deadline] { return deadline.hasExpired(); });
+    Front::pass(m_random.bounded(40)); // also in the middle of a slide
 
     for (const QString &request : m_front.requests()) {
         const QString path = request.section(' ', 1);
@@ -76,12 +72,6 @@ void RandomOperator::rest()
         m_core.setProperty(path, value);
     m_core.callMethod("/SYS:factoryDefaults", {});
     m_core.startUpgrade(1ms); // the end of this one ends any
-}
-
-void RandomOperator::tapKeyboard(int code)
-{
-    m_front.device().bed().setKeyboardKey(code, true);
-    m_front.device().bed().setKeyboardKey(code, false);
 }
 
 void RandomOperator::holdKey()

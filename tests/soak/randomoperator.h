@@ -29,7 +29,6 @@ private:
     };
 
     QString anyOf(const QStringList &texts) { return texts.at(m_random.bounded(int(texts.size()))); }
-    void tapKeyboard(int code);
     void holdKey();
     void releaseKeys();
     void changeProperty();

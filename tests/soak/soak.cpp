@@ -1,7 +1,6 @@
 // Keeps the real program busy for as long as one likes, and looks after it.
 
 #include "tests/soak/panelcheck.h"
-#include "tests/soak/programmemory.h"
 #include "tests/soak/randomoperator.h"
 
 #include <QCommandLineParser>
@@ -16,48 +15,84 @@ namespace {
 
 constexpr int warmUp = 100; // losses or presses, until everything has been used once
 
+/// The program's resident memory over a run, measured in whatever the run counts: seconds, losses, presses.
+class MemoryRun
+{
+public:
+    MemoryRun(const Device &device, const char *unit)
+        : m_device(device)
+        , m_unit(unit)
+    {
+        m_timer.start();
+    }
+    void note(double at) { m_notes.emplace_back(at, programMemory(m_device)); }
+    double seconds() const { return double(m_timer.elapsed()) / 1000; }
+    /// How many there were, values evenly spread from the first to the last, and what was gained from this one on.
+    void print(int count, double from = 0) const
+    {
+        std::printf("%d in %.1f s\nresident:", count, seconds());
+        constexpr size_t values = 8;
+        for (size_t i = 0; i < values && !m_notes.empty(); ++i) {
+            const auto [at, kib] = m_notes[i * (m_notes.size() - 1) / (values - 1)];
+            std::printf(" %.0f KiB at %s %.4g%s", kib, m_unit, at, i + 1 < values ? "," : "");
+        }
+        std::printf("\nslope from %s %.4g on: %+.1f KiB per 1000\n", m_unit, from, 1000 * slope(from));
+    }
+
+private:
+    /// KiB gained per unit: the straight line that lies closest to the notes. @param from those before do not count.
+    double slope(double from) const
+    {
+        double count = 0, x = 0, y = 0, xx = 0, xy = 0;
+        for (const auto &[at, kib] : m_notes) {
+            if (at < from)
+                continue;
+            count += 1;
+            x += at;
+            y += kib;
+            xx += at * at;
+            xy += at * kib;
+        }
+        const double spread = count * xx - x * x;
+        return spread > 0 ? (count * xy - x * y) / spread : 0;
+    }
+
+    const Device &m_device;
+    const char *const m_unit;
+    QElapsedTimer m_timer;
+    std::vector<std::pair<double, double>> m_notes; ///< When, and KiB.
+};
+
 /// Everything at random. Empty, or what is wrong with the program at the end.
 QString operate(Front &front, QRandomGenerator &random, std::chrono::milliseconds time)
 {
     const QImage menu = front.picture();
     RandomOperator everybody(front, random);
     front.device().core().dropLink(); // what the program asks for anew is what changes
-    MemoryRun memory(front.device());
-    QElapsedTimer timer;
+    MemoryRun memory(front.device(), "second");
     QDeadlineTimer nextNote(0);
     int deeds = 0;
-    for (timer.start(); timer.elapsed() < time.count(); ++deeds) {
+    for (; memory.seconds() * 1000 < double(time.count()); ++deeds) {
         everybody.act();
         if (front.device().programEnd())
             return front.device().programEnd()->text;
         if (nextNote.hasExpired()) {
-            memory.note(double(timer.elapsed()) / 60000);
+            memory.note(memory.seconds());
             nextNote.setRemainingTime(1000);
         }
     }
     everybody.rest();
     if (!QTest::qWaitFor([&front] { return front.device().isProgramReady(); }, 30000))
         return QStringLiteral("the program does not come to rest");
-    std::printf("%d deeds in %.1f minutes\n", deeds, double(timer.elapsed()) / 60000);
-    memory.print("minute");
-    std::printf("slope over the second half: %+.1f KiB a minute\n", memory.slope(double(time.count()) / 120000));
+    memory.print(deeds, double(time.count()) / 2000); // over the second half
     const QString problem = menuProblem(front, menu);
     return problem.isEmpty() ? routingProblem(front, random) : problem;
-}
-
-void report(MemoryRun &memory, const char *unit, int count, double seconds)
-{
-    std::printf("%d in %.1f s\n", count, seconds);
-    memory.print(unit);
-    std::printf("slope: %+.1f KiB per 1000\n", 1000 * memory.slope());
 }
 
 /// The link is lost each time as soon as everything has been asked for, or a little later.
 QString loseLinks(Front &front, QRandomGenerator &random, int losses)
 {
-    MemoryRun memory(front.device());
-    QElapsedTimer timer;
-    timer.start();
+    MemoryRun memory(front.device(), "loss");
     QSignalSpy requests(&front.device(), &Device::requestReceived);
     for (int loss = 1; loss <= losses; ++loss) {
         front.takeRequests();
@@ -66,12 +101,11 @@ QString loseLinks(Front &front, QRandomGenerator &random, int losses)
             return QStringLiteral("the port has been taken");
         if (!comesTrue(requests, [&front] { return front.requests().contains("GET /MANAGEMENT/BOOTLOADER.Progress"); }))
             return QStringLiteral("no connection after loss %1").arg(loss);
-        const QDeadlineTimer deadline(random.bounded(60));
-        (void)QTest::qWaitFor([&deadline] { return deadline.hasExpired(); });
+        Front::pass(random.bounded(60));
         if (loss >= warmUp && loss % 10 == 0)
             memory.note(loss);
     }
-    report(memory, "loss", losses, double(timer.elapsed()) / 1000);
+    memory.print(losses);
     return QTest::qWaitFor([&front] { return front.device().isProgramReady(); }, 30000)
         ? routingProblem(front, random)
         : QStringLiteral("the program does not come to rest");
@@ -84,32 +118,29 @@ QString pressKeys(Front &front, QRandomGenerator &random, int presses)
     CoreService &core = front.device().core();
     QSignalSpy leds(&front.device().bed(), &TestBed::ledWritten);
     QSignalSpy changes(&core, &CoreService::changed);
-    MemoryRun memory(front.device());
-    QElapsedTimer timer;
-    timer.start();
+    MemoryRun memory(front.device(), "press");
     for (int press = 0; press < presses; press += 3) {
         // the keys' own LEDs answer the first two, the device's routing the third
         const int source = 1 + press / 3 % 7, destination = 8; // which is never fed by the same source twice
-        const PortKey first = sourceKey(layout, source), second = destinationKey(layout, destination);
-        front.tap(first.panel, first.button);
-        if (!comesTrue(leds, [&] { return front.led(first.panel, first.button) == 1; }))
-            return QStringLiteral("source key, press %1: no answer").arg(press);
-        front.tap(second.panel, second.button);
-        if (!comesTrue(leds, [&] { return front.led(second.panel, second.button) == 2; }))
-            return QStringLiteral("destination key, press %1: no answer").arg(press + 1);
-        front.tap(1, layout.take);
+        const FrontKey first = portKey(layout, "source", source), second = portKey(layout, "destination", destination);
+        const auto isLit = [&front](FrontKey key, int led) { return front.led(key.panel, key.button) == led; };
         const auto routed = [&] {
             return core.property("/MEDIA/XP/VIDEO.DestinationConnectionStatus")->section(';', 7, 7)
                 == QStringLiteral("I%1").arg(source);
         };
-        if (!comesTrue(changes, routed))
-            return QStringLiteral("take key, press %1: no answer").arg(press + 2);
+        front.tap(first.panel, first.button);
+        bool answered = comesTrue(leds, [&] { return isLit(first, 1); });
+        front.tap(second.panel, second.button);
+        answered = answered && comesTrue(leds, [&] { return isLit(second, 2); });
+        front.tap(1, layout.take);
+        if (!answered || !comesTrue(changes, routed))
+            return QStringLiteral("source, destination or take key, from press %1 on: no answer").arg(press);
         front.takeLeds();
         front.takeRequests();
         if (press >= warmUp && press % 99 == 0)
             memory.note(press);
     }
-    report(memory, "press", presses, double(timer.elapsed()) / 1000);
+    memory.print(presses);
     return routingProblem(front, random);
 }
 
