@@ -1,45 +1,25 @@
 #include "tests/endtoend/front.h"
-#include "tests/support/scriptedservice.h"
 
 #include <QTest>
 
-/// The program and its one connection: late, lost, flooded, gone for good.
+/// The program and its one connection: late, or lost while the operator is at work.
 class LinkTest : public QObject
 {
     Q_OBJECT
 private slots:
     void serviceStartsLate();
     void stateIsTheDevicesAfterALoss();
-    void survivesHostileBytes();
+    void editorSurvivesALoss();
+    void lockWarningLeavesUnderANotice();
 };
-
-namespace {
-
-// Bytes that no service should send, in the order in which they hurt most.
-QByteArray hostileBytes()
-{
-    QByteArray bytes("\xff\xfe\0\r\n", 5);
-    bytes += "{\r\n{99999\r\n}\r\n}}}\r\nCHG\r\nCHG \r\nCHG =\r\nCHG /.=\r\npr\r\ne- no\r\nNEW \r\nNEW "
-             "/\r\nDEL\r\no-\r\no- "
-             "\r\n\r\n\r\n";
-    bytes += "CHG /MEDIA/XP/VIDEO.DestinationConnectionStatus=I99999999999;x;;;-1;I;\\\r\n";
-    bytes += "CHG /MEDIA/XP/VIDEO.DestinationPortStatus=;;;L\r\n";
-    bytes += "CHG /MANAGEMENT/BOOTLOADER.Progress=99999999999999999999\r\n";
-    for (int i = 0; i < 2000; ++i)
-        bytes += "{" + QByteArray::number(1000 + i) + "\r\n";
-    bytes += QByteArray(3 << 20, 'x') + "\r\n";
-    return bytes;
-}
-
-} // namespace
 
 void LinkTest::serviceStartsLate()
 {
     Front front(1);
     front.device().startProgram();
     QTRY_VERIFY(front.messages().join('\n').contains("Connecting to 127.0.0.1:6107 ..."));
-    front.tap(1, 3); // swallowed: nobody is there to switch
-    front.picture(); // it has been read by the time that the notice has slid in
+    front.tap(1, 3);                       // swallowed: nobody is there to switch
+    const QImage notice = front.picture(); // the key has been read by the time that it has slid in
     QCOMPARE(front.device().powerOn(), QString());
     const QStringList first{"GET /.PartNumber", "OPEN /SYS/CECU/LCD", "OPEN /MEDIA/XP/VIDEO", "OPEN /MEDIA/XP/VIDEO",
         "GET /MEDIA/XP/VIDEO.DestinationConnectionStatus", "GET /MEDIA/XP/VIDEO.DestinationPortStatus",
@@ -50,46 +30,83 @@ void LinkTest::serviceStartsLate()
     front.tap(1, 4);
     QTRY_COMPARE(front.led(1, 4), 1);
     QVERIFY(!front.leds().contains("1.3=1"));
+    QTRY_VERIFY(front.picture() != notice); // the menu
 }
 
 void LinkTest::stateIsTheDevicesAfterALoss()
 {
     Front front(1);
     QVERIFY(front.start());
-    front.device().core().dropLink();
-    QVERIFY(front.device().core().restoreLink());
+    CoreService &core = front.device().core();
+    core.dropLink();
+    QVERIFY(core.restoreLink());
     QTRY_COMPARE(front.messages().count("Connected."), 2);
-    front.device().core().dropLink();
+    core.dropLink();
     QTRY_COMPARE(front.messages().count("Disonnected."), 2);
     front.tap(1, 3);
-    QVERIFY(front.device().core().setProperty("/SYS/CECU/LCD.ControlLock", "true"));
-    QVERIFY(front.device().core().setProperty("/SYS/CECU/LCD.AutoTake", "true"));
-    QVERIFY(front.device().core().restoreLink());
+    QVERIFY(core.setProperty("/SYS/CECU/LCD.ControlLock", "true"));
+    QVERIFY(core.setProperty("/SYS/CECU/LCD.AutoTake", "true"));
+    QVERIFY(core.restoreLink());
     QTRY_COMPARE(front.led(1, 39), 1);
     QTRY_COMPARE(front.led(1, 33), 1);
-    QVERIFY(front.device().core().setProperty("/SYS/CECU/LCD.ControlLock", "false")); // the subscriptions are back
+    QVERIFY(core.setProperty("/SYS/CECU/LCD.ControlLock", "false")); // the subscriptions are back
     QTRY_COMPARE(front.led(1, 39), 0);
     front.tap(1, 6);
     QTRY_VERIFY(front.requests().contains("CALL /MEDIA/XP/VIDEO:connect(I6:-O1;)"));
 }
 
-void LinkTest::survivesHostileBytes()
+void LinkTest::editorSurvivesALoss()
 {
     Front front(1);
-    ScriptedService service(6107);
-    front.device().startProgram();
-    QTRY_VERIFY(service.lines().size() >= 15);
-    for (const char *node : {"/MEDIA/XP/VIDEO", "/SYS/CECU/LCD", "/MANAGEMENT/POWER", "/MANAGEMENT/BOOTLOADER"})
-        service.sendLines({QString("o- %1").arg(node)});
-    service.send(hostileBytes());
-    service.sendLines(
-        {"CHG /MEDIA/XP/VIDEO.DestinationConnectionStatus=I2;0;I300;", "CHG /SYS/CECU/LCD.AutoTake=true"});
-    QTRY_COMPARE(front.led(1, 2), 1); // what feeds destination 1
-    QVERIFY(service.hasClient());
-    front.tap(1, 18);
-    front.tap(1, 7);
-    QTRY_COMPARE(service.lines().last().section('#', 1), "CALL /MEDIA/XP/VIDEO:connect(I7:-O2;)");
-    QVERIFY(!front.device().programEnd());
+    QVERIFY(front.start());
+    CoreService &core = front.device().core();
+    const QImage menu = front.picture();
+    front.tapKey(TestBed::pushKey);
+    const QImage settings = front.picture();
+    front.turn(3); // Display Brightness
+    const QImage highlight = front.picture();
+    front.tapKey(TestBed::pushKey);
+    const QImage slider = front.picture();
+    QVERIFY(settings != menu && highlight != settings && slider != highlight);
+    core.dropLink();
+    QImage reconnecting;
+    QTRY_VERIFY((reconnecting = front.picture()) != slider);
+    front.tapKey(TestBed::pushKey);
+    front.turn(2);
+    QCOMPARE(front.picture(), reconnecting);
+    QVERIFY(core.restoreLink());
+    QTRY_VERIFY(front.picture() == slider);
+    core.setProperty("/SYS/CECU/LCD.Brightness", "2"); // it follows the device again
+    QTRY_VERIFY(front.picture() != slider);
+    core.setProperty("/SYS/CECU/LCD.ControlLock", "true"); // and so does the lock, on that node
+    QTRY_COMPARE(front.led(1, 39), 1);
+    core.setProperty("/SYS/CECU/LCD.ControlLock", "false");
+    QTRY_COMPARE(front.led(1, 39), 0);
+    front.turn(1);
+    QTRY_COMPARE(core.property("/SYS/CECU/LCD.Brightness"), "3");
+    front.tapKey(TestBed::pushKey);
+    front.picture();
+    front.turn(20); // Back
+    QVERIFY(front.picture() != menu);
+    front.tapKey(TestBed::pushKey);
+    QTRY_VERIFY(front.picture() == menu);
+}
+
+void LinkTest::lockWarningLeavesUnderANotice()
+{
+    Front front(1);
+    QVERIFY(front.start());
+    const QImage menu = front.picture();
+    front.device().core().setProperty("/SYS/CECU/LCD.ControlLock", "true");
+    QTRY_COMPARE(front.led(1, 39), 1);
+    front.turn(1);
+    QTRY_VERIFY(front.device().bed().lcd() != menu);
+    const QImage warning = front.picture();
+    front.device().core().dropLink();
+    QTRY_VERIFY(front.picture() != warning);
+    Front::pass(3000); // the warning's own time
+    QVERIFY(front.device().core().restoreLink());
+    QTRY_VERIFY(front.picture() == menu);
 }
 
 QTEST_GUILESS_MAIN(LinkTest)
