@@ -77,23 +77,27 @@ Injector &injector()
 
 /// Makes the call that the program meant, unless it is to fail.
 template <typename Function, typename... Arguments>
-auto pass(Function *, const char *function, const char *name, const std::string &on, Arguments... arguments)
+auto pass(const char *function, const char *name, const std::string &on, Arguments... arguments)
 {
     const auto real = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, function));
     return injector().fails(name, on) ? -1 : real(arguments...);
 }
 
-/// @param own this library's function of the same name and type.
-template <typename Function, typename... Arguments>
-auto passOn(Function *own, const char *name, int fd, Arguments... arguments)
+template <typename Function, typename... Arguments> auto passOn(const char *name, int fd, Arguments... arguments)
 {
     const std::string *target = injector().targetOf(fd);
-    return pass(own, name, name, target ? *target : std::string(), fd, arguments...);
+    return pass<Function>(name, name, target ? *target : std::string(), fd, arguments...);
 }
 
 } // namespace
 
 extern "C" {
+
+using Open = int(const char *, int, ...);
+using Ioctl = int(int, unsigned long, ...) noexcept;
+using SetOption = int(int, int, int, const void *, socklen_t) noexcept;
+using GetName = int(int, sockaddr *, socklen_t *) noexcept;
+using GetOption = int(int, int, int, void *, socklen_t *) noexcept;
 
 int open64(const char *path, int flags, ...)
 {
@@ -101,20 +105,30 @@ int open64(const char *path, int flags, ...)
     va_start(list, flags);
     const unsigned mode = va_arg(list, unsigned);
     va_end(list);
-    return injector().opened(pass(open64, "open64", "open", path, path, flags, mode), path);
+    return injector().opened(pass<Open>("open64", "open", path, path, flags, mode), path);
 }
 
-[[gnu::alias("open64")]] int open(const char *path, int flags, ...);
+int open(const char *path, int flags, ...)
+{
+    va_list list;
+    va_start(list, flags);
+    const unsigned mode = va_arg(list, unsigned);
+    va_end(list);
+    return open64(path, flags, mode);
+}
 
 int close(int fd)
 {
     injector().opened(fd, {});
-    return pass(close, "close", "close", {}, fd);
+    return pass<int(int)>("close", "close", {}, fd);
 }
 
-ssize_t read(int fd, void *data, size_t size) { return passOn(read, "read", fd, data, size); }
+ssize_t read(int fd, void *data, size_t size) { return passOn<ssize_t(int, void *, size_t)>("read", fd, data, size); }
 
-ssize_t write(int fd, const void *data, size_t size) { return passOn(write, "write", fd, data, size); }
+ssize_t write(int fd, const void *data, size_t size)
+{
+    return passOn<ssize_t(int, const void *, size_t)>("write", fd, data, size);
+}
 
 int ioctl(int fd, unsigned long request, ...) noexcept
 {
@@ -122,36 +136,42 @@ int ioctl(int fd, unsigned long request, ...) noexcept
     va_start(list, request);
     void *const argument = va_arg(list, void *);
     va_end(list);
-    return passOn(ioctl, "ioctl", fd, request, argument);
+    return passOn<Ioctl>("ioctl", fd, request, argument);
 }
 
 int socket(int domain, int type, int protocol) noexcept
 {
-    return injector().opened(pass(socket, "socket", "socket", "socket", domain, type, protocol), "socket");
+    return injector().opened(pass<int(int, int, int)>("socket", "socket", "socket", domain, type, protocol), "socket");
 }
 
-int connect(int fd, const sockaddr *to, socklen_t size) { return passOn(connect, "connect", fd, to, size); }
-
-ssize_t send(int fd, const void *data, size_t size, int flags) { return passOn(send, "send", fd, data, size, flags); }
-
-int setsockopt(int fd, int level, int option, const void *value, socklen_t size) noexcept
+int connect(int fd, const sockaddr *address, socklen_t length)
 {
-    return passOn(setsockopt, "setsockopt", fd, level, option, value, size);
+    return passOn<int(int, const sockaddr *, socklen_t)>("connect", fd, address, length);
 }
 
-int getsockopt(int fd, int level, int option, void *value, socklen_t *size) noexcept
+ssize_t send(int fd, const void *data, size_t size, int flags)
 {
-    return passOn(getsockopt, "getsockopt", fd, level, option, value, size);
+    return passOn<ssize_t(int, const void *, size_t, int)>("send", fd, data, size, flags);
 }
 
-int getsockname(int fd, sockaddr *name, socklen_t *size) noexcept
+int setsockopt(int fd, int level, int option, const void *value, socklen_t length) noexcept
 {
-    return passOn(getsockname, "getsockname", fd, name, size);
+    return passOn<SetOption>("setsockopt", fd, level, option, value, length);
 }
 
-int getpeername(int fd, sockaddr *name, socklen_t *size) noexcept
+int getsockopt(int fd, int level, int option, void *value, socklen_t *length) noexcept
 {
-    return passOn(getpeername, "getpeername", fd, name, size);
+    return passOn<GetOption>("getsockopt", fd, level, option, value, length);
+}
+
+int getsockname(int fd, sockaddr *address, socklen_t *length) noexcept
+{
+    return passOn<GetName>("getsockname", fd, address, length);
+}
+
+int getpeername(int fd, sockaddr *address, socklen_t *length) noexcept
+{
+    return passOn<GetName>("getpeername", fd, address, length);
 }
 
 } // extern "C"

@@ -1,5 +1,6 @@
 #include "tests/endtoend/front.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 /// The program and its one connection: late, or lost while the operator is at work.
@@ -11,6 +12,7 @@ private slots:
     void stateIsTheDevicesAfterALoss();
     void editorSurvivesALoss();
     void lockWarningLeavesUnderANotice();
+    void knobAlwaysLeadsBack();
 };
 
 void LinkTest::serviceStartsLate()
@@ -107,6 +109,45 @@ void LinkTest::lockWarningLeavesUnderANotice()
     Front::pass(3000); // the warning's own time
     QVERIFY(front.device().core().restoreLink());
     QTRY_VERIFY(front.picture() == menu);
+}
+
+/// Whatever happens, the knob alone leads back to the menu.
+void LinkTest::knobAlwaysLeadsBack()
+{
+    QRandomGenerator random(1);
+    Front front(1);
+    QVERIFY(front.start());
+    CoreService &core = front.device().core();
+    const QImage menu = front.picture();
+    for (int step = 0; step < 100; ++step) {
+        switch (random.bounded(14)) {
+        case 0: core.dropLink(); break;
+        case 1:
+        case 2: QVERIFY(core.isLinkUp() || core.restoreLink()); break;
+        case 3: core.setProperty("/SYS/CECU/LCD.ControlLock", random.bounded(3) ? "false" : "true"); break;
+        case 4: core.setProperty("/SYS/CECU/LCD.Message", random.bounded(2) ? "<b>" : "a message to everybody"); break;
+        case 5: core.setProperty("/SYS/CECU/LCD.Brightness", random.bounded(2) ? "4" : "9"); break;
+        case 6: core.startUpgrade(std::chrono::milliseconds(200)); break;
+        case 7:
+        case 8:
+        case 9: front.tapKey(TestBed::pushKey); break;
+        default: front.turn(random.bounded(-4, 5)); break;
+        }
+        Front::pass(random.bounded(150)); // also in the middle of a slide
+    }
+    QVERIFY(core.isLinkUp() || core.restoreLink());
+    core.setProperty("/SYS/CECU/LCD.ControlLock", "false");
+    for (int level = 0; level < 24; ++level) {
+        front.picture();
+        front.turn(-30);
+        if (front.picture() == menu)
+            return;
+        front.turn(30); // to Back, where no slider or wheel is in hand
+        front.picture();
+        front.tapKey(TestBed::pushKey); // leaves it, puts down what is in hand, or wakes the device
+    }
+    front.picture().save("linktest.png");
+    QFAIL("the menu is not to be reached; what is on the LCD is saved beside the test");
 }
 
 QTEST_GUILESS_MAIN(LinkTest)
