@@ -1,7 +1,5 @@
 house_test(consolescripttest SOURCES consolescripttest.cpp LIBRARIES simulator)
-house_test(consoleprocesstest DEVICE
-    SOURCES consoleprocesstest.cpp coreserviceclient.cpp coreserviceclient.h
-    LIBRARIES simulator)
+house_test(consoleprocesstest DEVICE SOURCES consoleprocesstest.cpp LIBRARIES simulator)
 target_compile_definitions(consoleprocesstest PRIVATE PANEL_SIMULATOR="$<TARGET_FILE:panel-simulator>")
 add_dependencies(consoleprocesstest panel-simulator)
 
