@@ -1,4 +1,3 @@
-house_test(consolescripttest SOURCES consolescripttest.cpp LIBRARIES simulator)
 house_test(consoleprocesstest DEVICE SOURCES consoleprocesstest.cpp LIBRARIES simulator)
 target_compile_definitions(consoleprocesstest PRIVATE PANEL_SIMULATOR="$<TARGET_FILE:panel-simulator>")
 add_dependencies(consoleprocesstest panel-simulator)
