@@ -1,6 +1,7 @@
 #include "protocol/dt3manager.h"
 
 #include "protocol/catalogue.h"
+#include "protocol/dt3property.h"
 #include "protocol/dt3sink.h"
 #include "tests/support/scriptedservice.h"
 
@@ -17,6 +18,7 @@ namespace {
 /// Keeps what it is told, a line each, and may do something of the test's own in reply.
 struct RecordingSink final : Dt3Sink
 {
+    using Dt3Sink::get, Dt3Sink::open, Dt3Sink::setValue;
     void nodeReceived(const QString &node) override { note("node " + node); }
     void propertyReceived(const QString &path, const QString &value) override { note("got " + path + "=" + value); }
     void propertyChanged(const QString &path, const QString &value) override { note("chg " + path + "=" + value); }
@@ -54,7 +56,7 @@ struct Link
 
 } // namespace
 
-/// The connection, requests with their answers, and who hears of changes.
+/// The connection, requests with their answers, who hears of changes, and sinks with the one client instance.
 class Dt3ManagerTest : public QObject
 {
     Q_OBJECT
@@ -255,6 +257,35 @@ private slots:
         QVERIFY(QTest::qWaitFor(askMore, 30000));
         QTRY_COMPARE_GE(changes.count(), 3); // there and gone and there again
         QCOMPARE(changes.mid(0, 3), (QList<QVariantList>{{true}, {false}, {true}}));
+    }
+
+    void sinksUseTheOneClient()
+    {
+        Dt3Property property;
+        property.setPath("/T.Value");
+        property.addMapping("1", "One");
+        ScriptedService service(6107);
+        RecordingSink staying;
+        auto passing = std::make_unique<RecordingSink>();
+        QTest::ignoreMessage(QtWarningMsg, "DT3_OPEN_RESULT_SOCKET_NOT_OPEN in sendOpen");
+        passing->open("/A");
+        QSignalSpy connected(Dt3Manager::instance(), &Dt3Manager::connectionStateChanged);
+        Dt3Manager::instance()->connectToDevice();
+        QVERIFY(connected.wait());
+        staying.setValue(property, "One");
+        property.setWritePath("/T.Target");
+        staying.setValue(property, "One");
+        property.setMethodPath("/T:setValue");
+        staying.setValue(property, "One");
+        passing->open("/P");
+        passing->get("/P.X");
+        staying.get("/P.Y");
+        passing.reset();
+        QTRY_COMPARE(service.lines().join(' '),
+            "0000#SET /T.Value=1 0001#SET /T.Target=1 0002#CALL /T:setValue(1) "
+            "OPEN /P 0003#GET /P.X 0004#GET /P.Y CLOSE /P");
+        service.sendLines({"{0003", "pr /P.X=1", "}", "{0004", "pr /P.Y=2", "}"});
+        QTRY_COMPARE(staying.news, QStringList{"got /P.Y=2"});
     }
 };
 
