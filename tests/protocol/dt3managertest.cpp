@@ -106,37 +106,6 @@ private slots:
         QTRY_COMPARE(heard.join(' '), "down late up");
     }
 
-    void lossAfterAnyByte()
-    {
-        Link link({90s, 2ms, 1s});
-        QSignalSpy state(&link.manager, &Dt3Manager::connectionStateChanged);
-        int signature = 0;
-        const auto answersToRequests = [&] {
-            link.manager.open(&link.a, "/X");
-            link.manager.get(&link.a, "/X.S");
-            const QString answers = "pr /X.S=outside a block\r\no- /X\r\n{%1\r\npr /X.S=\\#\r\nn- /X/☕\r\n}\r\n"
-                                    "CHG /X.S=1\r\nNEW /X/b\r\n";
-            return answers.arg(signature++, 4, 10, QChar('0')).toUtf8();
-        };
-        const QStringList all{"got /X.S=#", "node /X/☕", "chg /X.S=1", "new /X b"};
-        for (qsizetype cut = 0, length = 0; cut <= length; ++cut) {
-            QTRY_VERIFY(link.service.hasClient());
-            const QByteArray session = answersToRequests();
-            length = session.size();
-            link.manager.receive(session.first(cut));
-            QCOMPARE(link.a.news, all.first(link.a.news.size()));
-            link.service.dropClient();
-            QVERIFY(state.wait());
-            link.manager.close(&link.a, "/X");
-            QVERIFY(state.wait());
-            link.a.news.clear();
-            link.manager.receive(answersToRequests());
-            QVERIFY2(link.a.news == all, qPrintable(QString("cut after byte %1: ").arg(cut) + link.a.news.join(", ")));
-            link.manager.close(&link.a, "/X");
-            link.a.news.clear();
-        }
-    }
-
     void answersReachTheirSinkOnly()
     {
         Link link;
