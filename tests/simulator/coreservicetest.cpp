@@ -116,7 +116,7 @@ private slots:
         const std::pair<QList<QByteArray>, QString> cases[] = {
             {{"OPEN /SYS\r\n0042#GET /.Pa", "rtNumber\r", "\n"}, "o- /SYS\n{0042\npr /.PartNumber=47110001\n}"},
             {{"\r\n\n\r\nOPEN /SYS\n"}, "o- /SYS"}, // empty lines and bare line feeds
-            {{"OPEN /\xc3", "\xbc\r\n"}, QString("e- /\xc3\xbc no such node")},
+            {{"OPEN /\xc3", "\xbc\r\n"}, "e- /ü no such node"},
             {{QByteArray("0007#\0\xff{}\r\n", 11)}, "{0007\ne- ? not understood\n}"},
             {{QByteArray(65536, 'z') + "\n"}, "e- ? not understood"},
             {{QByteArray(65536, 'z') + "\r\n"}, "e- ? not understood"},
@@ -150,10 +150,9 @@ private slots:
 
         watcher.request("CLOSE " + lcd);
         rig.client.request("SET /SYS/CECU/LCD.ControlLock=1");
-        watcher.socket.write(
-            "OPEN /SYS/CECU/LCD\r\n0001#SET /SYS/CECU/LCD.AutoTake=1\r\n"); // the news before the answer
-        QCOMPARE(
-            watcher.news(), "o- /SYS/CECU/LCD\nCHG /SYS/CECU/LCD.AutoTake=true\n{0001\ns- /SYS/CECU/LCD.AutoTake\n}");
+        watcher.socket.write("OPEN /SYS/CECU/LCD\r\n0001#SET /SYS/CECU/LCD.AutoTake=1\r\n");
+        QCOMPARE(watcher.news(), // the change before the answer
+            "o- /SYS/CECU/LCD\nCHG /SYS/CECU/LCD.AutoTake=true\n{0001\ns- /SYS/CECU/LCD.AutoTake\n}");
     }
 
     void cutsOffClientThatNeverReads()
