@@ -116,6 +116,7 @@ private slots:
         const std::pair<QList<QByteArray>, QString> cases[] = {
             {{"OPEN /SYS\r\n0042#GET /.Pa", "rtNumber\r", "\n"}, "o- /SYS\n{0042\npr /.PartNumber=47110001\n}"},
             {{"\r\n\n\r\nOPEN /SYS\n"}, "o- /SYS"}, // empty lines and bare line feeds
+            {{QByteArray("OPEN /SYS\n").repeated(5000)}, QString("o- /SYS\n").repeated(5000).chopped(1)},
             {{"OPEN /\xc3", "\xbc\r\n"}, "e- /ü no such node"},
             {{QByteArray("0007#\0\xff{}\r\n", 11)}, "{0007\ne- ? not understood\n}"},
             {{QByteArray(65536, 'z') + "\n"}, "e- ? not understood"},
@@ -195,6 +196,7 @@ private slots:
     {
         const std::tuple<size_t, QString, QString> cases[] = {
             // row of the table, property, its value
+            {7, "/MEDIA/PORTS/VIDEO/I4.PortType", "HDMI_AUDIO"},
             {7, "/MEDIA/PORTS/VIDEO/O17.PortType", "AUDIO"},
             {23, "/MEDIA/PORTS/VIDEO/I1.PortType", "DP_AUDIO"},
             {17, "/SYS/OB12/PORT4/HEALTH.Voltage4_1V0", "1.00 V;0.95;1.05;0.90;1.10;0.99;1.01"},
@@ -244,14 +246,15 @@ private slots:
     {
         Rig rig;
         rig.ask({"OPEN " + xp, "CALL " + xp + ":lockDestination(O8;)"});
-        QCOMPARE(rig.client.request("CALL " + xp + ":connect(I1:-O8;I8xO8;I9:-O1;I0:-O1;I1:-O9;I1:-O0;I1xO4;1:2;)"),
+        QCOMPARE(rig.client.request(
+                     "CALL " + xp + ":connect(I1:-O2;I1:-O8;I8xO8;I3xO3;I9:-O1;I0:-O1;I1:-O9;I1:-O0;I1xO4;1:2;)"),
             "e- " + xp
                 + ":connect refused: I1:-O8 destination locked; I8xO8 destination locked; I9:-O1 no such source;"
                   " I0:-O1 no such source; I1:-O9 no such destination; I1:-O0 no such destination; I1xO4 not connected;"
                   " 1:2 not understood");
         QCOMPARE(rig.client.request("CALL " + xp + ":lockDestination(O8;O9;I2;)"),
             "e- " + xp + ":lockDestination refused: O9 no such destination; I2 no such destination");
-        QCOMPARE(rig.client.news().count("CHG "), 1); // of the lock
+        QCOMPARE(rig.client.news().count("CHG "), 2); // of the lock, and of both routes that can be done
         for (const QString &request :
             QStringList{"SET /SYS/CECU/LCD.ControlLock=yes", "SET /MANAGEMENT/SERIAL.Baudrate=300",
                 "SET /MANAGEMENT/NETWORK.StaticIpAddress=10.0.1", "SET /MEDIA/PORTS/VIDEO/I1/ANALOGAUDIO.Gain=36",
@@ -287,6 +290,7 @@ private slots:
             {"CALL /EDID:switchAll(F1)", edid, "D1024X768"},
             {"CALL /EDID:copy(F2:U5)", edid, "D1024X768"},
             {"CALL /EDID:switch(U5:E8)", edid, "D1280X1024"},
+            {"CALL /SYS:factoryDefaults()", edid, "H1080P60"},
         };
         Rig rig;
         for (const auto &[request, path, value] : steps) {
