@@ -171,7 +171,8 @@ constexpr const char *wrongLines[][2] = { // and what is said of them
     {"expect led take 1 within soon", "behind \"within\""}, {"expect request within 100", "TEXT is missing"},
     {"set /SYS/CECU/LCD.Message", "is not PATH=VALUE"}, {"upgrade 0", "SECONDS must be a number from 0.1 to 3600"},
     {"call /MANAGEMENT/POWER:standby", "is not PATH:METHOD(ARGUMENTS)"}, {"expect message \"Front", "not closed"},
-    {"help dance", "no such command"}, {"expect-lcd a.png 0 101", "PERCENT must be a number from 0 to 100"}};
+    {"help dance", "no such command"}, {"turn 3 brisk", "\"brisk\" is too much"},
+    {"expect-lcd a.png 0 101", "PERCENT must be a number from 0 to 100"}};
 
 constexpr const char *wrongOptions[][2] = { // and what is said of them
     {"--fast", "--help"}, {"--frame 34", "--list-frames"}, {"--frame 0", "--list-frames"},
@@ -212,6 +213,7 @@ private slots:
     void plays()
     {
         QFETCH(Case, row);
+        QDir("tmp").removeRecursively(); // what a row that failed has left
         QDir().mkdir("tmp");
         QFile("front-panel").remove();
         QVERIFY(row.program.isEmpty() || write("front-panel", tools + row.program + '\n'));

@@ -106,13 +106,15 @@ private slots:
     void bedsDoNotMeet()
     {
         Rig one, other;
-        QVERIFY(other.start("open 2; records 2") && one.start("open 2; light 1; records 2"));
+        QVERIFY(
+            other.start("open 2; records 2") && one.start("open 2; printf '\\377' 1<>/dev/fb0; light 1; records 2"));
         one.bed->setButton(1, 1, true);
         other.bed->setButton(1, 2, true);
         QVERIFY(one.ends() && other.ends());
         QCOMPARE((one.printed + other.printed).join(", "), "open, 1 704 1, 0 0 0, open, 1 705 1, 0 0 0");
         QTRY_COMPARE(one.bed->led(1, 1), 1);
         QCOMPARE(other.bed->led(1, 1), 0);
+        QVERIFY(one.bed->lcd().pixel(0, 0) != qRgb(0, 0, 0) && other.bed->lcd().pixel(0, 0) == qRgb(0, 0, 0));
     }
 
     void stopIsNoEnd()
