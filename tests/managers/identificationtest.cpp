@@ -19,10 +19,6 @@ private slots:
     void answersComeInAnyOrderAndTwice();
 
 private:
-    QStringList requests() const
-    {
-        return QStringList(m_service.lines()).replaceInStrings(QRegularExpression("^\\d{4}#"), QString());
-    }
     /// Answers a request that has come in with these lines; false if none of that text has.
     bool answer(const QString &request, const QStringList &lines);
     /// The device says what frame it is and what versions its slots have, from slot 2 on; "V5_" where none is given.
@@ -51,7 +47,7 @@ void IdentificationTest::reconnect()
     QVERIFY(settle());
     m_service.takeLines();
     m_variant->connectionStateChanged(true);
-    QTRY_COMPARE(requests(), QStringList{"GET /.PartNumber"});
+    QTRY_COMPARE(m_service.requests(), QStringList{"GET /.PartNumber"});
 }
 
 /// Until everything that the service has sent has been handled.
@@ -71,9 +67,9 @@ bool IdentificationTest::settle()
 
 bool IdentificationTest::answer(const QString &request, const QStringList &lines)
 {
-    if (!QTest::qWaitFor([&] { return requests().contains(request); }))
+    if (!QTest::qWaitFor([&] { return m_service.requests().contains(request); }))
         return false;
-    const QString signature = m_service.lines().at(requests().lastIndexOf(request)).first(4);
+    const QString signature = m_service.lines().at(m_service.requests().lastIndexOf(request)).first(4);
     m_service.sendLines(QStringList{'{' + signature} + lines + QStringList{"}"});
     return true;
 }
@@ -105,7 +101,7 @@ void IdentificationTest::identifiesOncePerConnection()
     QVERIFY(identify("47110020", versions)); // 16 x 20: slots 2, 3, 6, 7 and 4, 5, 8, 9, 12
     QCOMPARE(identified.count(), 1);
     QCOMPARE(m_variant->frameDescriptor()->partNumber, 47110020U);
-    const QStringList asked = requests().filter("AddonHwVersion");
+    const QStringList asked = m_service.requests().filter("AddonHwVersion");
     QCOMPARE(asked.size(), 21);
     QCOMPARE(asked.front() + asked.back(), "GET /MANAGEMENT/UID.AddonHwVersion2GET /MANAGEMENT/UID.AddonHwVersion22");
     QCOMPARE(cards(1, 5) + " / " + cards(2, 6), "19 7 0 0 0 / 8 9 0 0 12 0");

@@ -6,7 +6,6 @@
 #include "protocol/dt3manager.h"
 #include "tests/support/scriptedservice.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -56,10 +55,6 @@ private slots:
     void carriesOutRequests();
 
 private:
-    QStringList requests() const
-    {
-        return QStringList(m_service.lines()).replaceInStrings(QRegularExpression("^\\d{4}#"), QString());
-    }
     void change(const QStringList &properties) { m_service.sendLines({"CHG " + properties.join("\r\nCHG ")}); }
 
     ScriptedService m_service{6107};
@@ -81,7 +76,7 @@ void StateManagersTest::initTestCase()
     const QStringList confirmations{
         "o- /MEDIA/XP/VIDEO", "o- /SYS/CECU/LCD", "o- /MANAGEMENT/POWER", "o- /MANAGEMENT/BOOTLOADER"};
     for (int connection = 1; connection <= 2; ++connection) {
-        QTRY_COMPARE(requests(), expected);
+        QTRY_COMPARE(m_service.requests(), expected);
         m_getsRouting = m_service.takeLines().at(2).first(4);
         m_service.sendLines(confirmations + QStringList{"CHG /MANAGEMENT/POWER.Operation=NORMAL"});
         QTRY_COMPARE(m_house->news.size(), connection);
@@ -132,7 +127,7 @@ void StateManagersTest::carriesOutRequests()
     const QStringList expected{"CALL /MEDIA/XP/VIDEO:connect(I3:-O5;)", "CALL /MEDIA/XP/VIDEO:lockDestination(O3;)",
         "CALL /MEDIA/XP/VIDEO:unlockDestination(O5;)", "SET /SYS/CECU/LCD.ControlLock=1",
         "SET /SYS/CECU/LCD.AutoTake=0", "CALL /MANAGEMENT/POWER:wakeUp()"};
-    QTRY_COMPARE(requests(), expected);
+    QTRY_COMPARE(m_service.requests(), expected);
 }
 
 QTEST_GUILESS_MAIN(StateManagersTest)

@@ -1,5 +1,7 @@
 #include "tests/support/scriptedservice.h"
 
+#include <QRegularExpression>
+
 ScriptedService::ScriptedService(quint16 port)
 {
     if (!m_server.listen(QHostAddress::LocalHost, port))
@@ -14,4 +16,10 @@ ScriptedService::ScriptedService(quint16 port)
                 m_lines.append(QString::fromUtf8(m_partial.first(end)));
         });
     });
+}
+
+QStringList ScriptedService::requests() const
+{
+    static const QRegularExpression signature(QStringLiteral("^\\d{4}#"));
+    return QStringList(m_lines).replaceInStrings(signature, QString());
 }

@@ -18,6 +18,8 @@ public:
     /// Complete lines received since the last takeLines(), oldest first; connections are not told apart.
     const QStringList &lines() const { return m_lines; }
     QStringList takeLines() { return std::exchange(m_lines, {}); }
+    /// The same lines without their signatures.
+    QStringList requests() const;
 
     void send(const QByteArray &bytes) { m_client->write(bytes); }
     /// Each with its line end.

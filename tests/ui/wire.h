@@ -25,12 +25,7 @@ public:
         return QTest::qWaitFor([this] { return hasClient(); });
     }
 
-    /// Since the last takeLines(), without their signatures.
-    QStringList requests() const
-    {
-        return QStringList(lines()).replaceInStrings(QRegularExpression(QStringLiteral("^\\d{4}#")), QString());
-    }
-    /// The same when all has settled, and takes them.
+    /// The requests when all has settled, and takes them.
     QStringList sent()
     {
         settle();

@@ -1,1 +1,0 @@
-house_test(testbedtest SOURCES testbedtest.cpp LIBRARIES simhardware LABELS simulator)
