@@ -1,4 +1,5 @@
 #include "simulator/frontkey.h"
+#include "tests/simulator/programtools.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,18 +14,13 @@
 
 namespace {
 
-// What the programs of these tests can do. Descriptors get numbers that the shell chooses: the preload library has
-// some of its own.
-const QByteArray tools = R"sh(#!/bin/bash
-link() { exec {core}<>/dev/tcp/127.0.0.1/6107; ask 'GET /.PartNumber'; } # which makes it ready
-ask() { printf '0001#%s\r\n' "$1" >&$core; }
+const QByteArray tools = programTools + R"sh(
 change() { # waits for the script to change a property
     printf 'OPEN /SYS/CECU/LCD\r\n' >&$core
     while read -r line <&$core; do echo "$line"; [[ $line = CHG* ]] && break; done; }
 device() { exec {device}<>/dev/input/event$1; }
 records() { head -c $((16 * $1)) <&$device | od -An -v -td4 -w16 | while read -r s us code value; do
     now=$((s * 1000000 + us)); echo "$((code & 65535)) $((code >> 16)) $value +$((now - before))"; before=$now; done; }
-light() { printf "\0\0\0\0\0\0\0\0\x11\0\x$(printf %02x $1)\0\x0$2\0\0\0" >&$device; }
 )sh";
 
 struct Case // NOLINT(clang-analyzer-optin.performance.Padding): columns in reading order

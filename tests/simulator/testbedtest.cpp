@@ -1,6 +1,7 @@
 #include "simulator/hardware/testbed.h"
 
 #include "simulator/hardware/programrunner.h"
+#include "tests/simulator/programtools.h"
 
 #include <QAbstractEventDispatcher>
 #include <QFileInfo>
@@ -13,10 +14,9 @@
 namespace {
 
 // "open N" opens an input device for good, "records N" prints type, code, value of so many records of it.
-const QString tools = R"sh(open() { exec {device}<>/dev/input/event$1; echo open; }
+const QString tools = programTools + R"sh(open() { exec {device}<>/dev/input/event$1; echo open; }
 records() { head -c $((16 * $1)) <&$device | od -An -v -td4 -w16 | while read -r s us code value; do
     echo "$((code & 65535)) $((code >> 16)) $value"; done; }
-light() { printf "\0\0\0\0\0\0\0\0\x11\0\x$(printf %02x $1)\0\1\0\0\0" >&$device; }
 )sh";
 
 /// A bed and a shell script that lives in it.
@@ -98,7 +98,7 @@ private slots:
         QVERIFY(rig.ends());
         QTRY_VERIFY(isIdle()); // a terminal without a program is in hang-up all the time: the loop must not turn for it
         // the half at the end went with its program; the panel keeps its LEDs lit
-        QVERIFY(rig.start("open 3; light 1; read -r"));
+        QVERIFY(rig.start("open 3; light 1 1; read -r"));
         QTRY_COMPARE(rig.bed->led(2, 1), 1);
         QCOMPARE(rig.bed->led(2, 22), 1);
     }
@@ -107,7 +107,7 @@ private slots:
     {
         Rig one, other;
         QVERIFY(
-            other.start("open 2; records 2") && one.start("open 2; printf '\\377' 1<>/dev/fb0; light 1; records 2"));
+            other.start("open 2; records 2") && one.start("open 2; printf '\\377' 1<>/dev/fb0; light 1 1; records 2"));
         one.bed->setButton(1, 1, true);
         other.bed->setButton(1, 2, true);
         QVERIFY(one.ends() && other.ends());

@@ -1,6 +1,7 @@
 #include "simulator/web/webserver.h"
 
 #include "simulator/scriptrunner.h"
+#include "tests/simulator/programtools.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -17,12 +18,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// What a program in the device's place begins with; PORT is the core service's.
-const QByteArray tools = R"sh(#!/bin/bash
-link() { exec {core}<>/dev/tcp/127.0.0.1/PORT; ask 'GET /.PartNumber'; }
-ask() { printf '0001#%s\r\n' "$1" >&$core; }
-light() { printf "\0\0\0\0\0\0\0\0\x11\0\x$(printf %02x $1)\0\x0$2\0\0\0" >&$device; }
-keys() { exec {device}<>/dev/input/event2; link; while :; do # "key NUMBER VALUE" for each
+// "keys PORT" links to that core service, and calls "key NUMBER VALUE" for each key.
+const QByteArray tools = programTools + R"sh(
+keys() { exec {device}<>/dev/input/event2; link $1; while :; do
     set -- $(head -c 16 <&$device | od -An -v -tu2 -w16); [ "$5" = 1 ] && key $(($6 - 703)) $7; done; }
 )sh";
 
@@ -41,8 +39,7 @@ struct Rig
         if (path.isEmpty())
             return;
         QVERIFY(program.open(QIODevice::WriteOnly) && program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
-        const QByteArray port = QByteArray::number(device->core().port());
-        program.write(QByteArray(tools).replace("PORT", port) + keyFunction + "\nkeys\n");
+        program.write(tools + keyFunction + "\nkeys " + QByteArray::number(device->core().port()) + '\n');
         program.close();
         device->startProgram();
     }
