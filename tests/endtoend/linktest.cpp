@@ -1,9 +1,10 @@
 #include "tests/endtoend/front.h"
+#include "tests/support/scriptedservice.h"
 
 #include <QRandomGenerator>
 #include <QTest>
 
-/// The program and its one connection: late, or lost while the operator is at work.
+/// The program and its one connection: late, lost while the operator is at work, or full of nonsense.
 class LinkTest : public QObject
 {
     Q_OBJECT
@@ -13,6 +14,7 @@ private slots:
     void editorSurvivesALoss();
     void lockWarningLeavesUnderANotice();
     void knobAlwaysLeadsBack();
+    void malformedLinesChangeNothing();
 };
 
 void LinkTest::serviceStartsLate()
@@ -148,6 +150,29 @@ void LinkTest::knobAlwaysLeadsBack()
     }
     front.picture().save("linktest.png");
     QFAIL("the menu is not to be reached; what is on the LCD is saved beside the test");
+}
+
+void LinkTest::malformedLinesChangeNothing()
+{
+    Front front(1);
+    ScriptedService service(6107);
+    front.device().startProgram();
+    QTRY_VERIFY(service.lines().size() >= 15);
+    for (const char *node : {"/MEDIA/XP/VIDEO", "/SYS/CECU/LCD", "/MANAGEMENT/POWER", "/MANAGEMENT/BOOTLOADER"})
+        service.sendLines({QString("o- %1").arg(node)});
+    service.send("\xff\xfe\r\n{\r\n{99999\r\n}\r\n}}}\r\nCHG\r\nCHG \r\nCHG =\r\nCHG /.=\r\npr\r\ne- no\r\nNEW \r\nNEW "
+                 "/\r\nDEL\r\n"
+                 "o-\r\no- \r\n\r\n\r\n"
+                 "CHG /MEDIA/XP/VIDEO.DestinationConnectionStatus=I99999999999;x;;;-1;I;\\\r\n"
+                 "CHG /MEDIA/XP/VIDEO.DestinationPortStatus=;;;L\r\n"
+                 "CHG /MANAGEMENT/BOOTLOADER.Progress=99999999999999999999\r\n{1000\r\n{1001\r\n");
+    service.sendLines(
+        {"CHG /MEDIA/XP/VIDEO.DestinationConnectionStatus=I2;0;I300;", "CHG /SYS/CECU/LCD.AutoTake=true"});
+    QTRY_COMPARE(front.led(1, 2), 1); // what feeds destination 1
+    QVERIFY(service.hasClient());
+    front.tap(1, 18);
+    front.tap(1, 7);
+    QTRY_COMPARE(service.requests().last(), "CALL /MEDIA/XP/VIDEO:connect(I7:-O2;)");
 }
 
 QTEST_GUILESS_MAIN(LinkTest)

@@ -97,12 +97,6 @@ Flood lines(const char *line, int count)
     return {hundred, count / 100};
 }
 
-const QByteArray malformed = "\xff\xfe\r\n{\r\n{99999\r\n}\r\n}}}\r\nCHG\r\nCHG \r\nCHG =\r\nCHG /.=\r\npr\r\ne- no\r\n"
-                             "NEW \r\nNEW /\r\nDEL\r\no-\r\no- \r\n\r\n"
-                             "CHG /MEDIA/XP/VIDEO.DestinationConnectionStatus=I99999999999;x;;;-1;I;\\\r\n"
-                             "CHG /MEDIA/XP/VIDEO.DestinationPortStatus=;;;L\r\n"
-                             "CHG /MANAGEMENT/BOOTLOADER.Progress=99999999999999999999\r\n";
-
 } // namespace
 
 /// The program under a service that is broken or means it harm.
@@ -140,7 +134,6 @@ void HostileTest::staysUsable_data()
         const qsizetype room = qsizetype(LineSplitter::maxLineLength) - start.size();
         return Flood{[line = start + pattern.repeated(room / pattern.size()) + "\r\n"](int) { return line; }, gibi};
     };
-    QTest::newRow("malformed lines") << Flood{[](int) { return malformed; }, 1000 / m_part};
     QTest::newRow("messages of a mebibyte") << values("/SYS/CECU/LCD.Message", "x");
     QTest::newRow("routings of a mebibyte") << values("/MEDIA/XP/VIDEO.DestinationConnectionStatus", "I1;");
     QTest::newRow("never reads") << Flood{[](int) { return "CHG /SYS/CECU/LCD.X=1\r\n"; }, 20000 / m_part, 1ms, false};
