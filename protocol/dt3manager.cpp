@@ -99,6 +99,7 @@ void Dt3Manager::connected()
 {
     m_connectionTimeoutTimer.stop();
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1); // a key press is one short line
+    m_spareValue.clear();                                         // gives back what the connection before needed
     m_splitter.reset(); // a line cut off by the loss has no rest, nor has an answer
     m_pendingRequests.leaveBlock();
     emit connectionStateChanged(true);
@@ -265,7 +266,8 @@ void Dt3Manager::propertyLine(const IncomingLine &line)
 {
     if (line.kind == IncomingLine::Property) {
         if (Dt3Sink *sink = m_pendingRequests.answeredSink())
-            sink->propertyReceived(m_paths.entryOf(line.path).path, unescapeValue(line.value));
+            withValue(
+                line, [&](const QString &value) { sink->propertyReceived(m_paths.entryOf(line.path).path, value); });
         return;
     }
     auto &known = m_paths.entryOf(line.path); // callbacks do not receive, so it stays
@@ -276,11 +278,20 @@ void Dt3Manager::propertyLine(const IncomingLine &line)
     }
     if (known.note.node == m_subscriptions.end())
         return;
-    const QString value = unescapeValue(line.value);
-    if (known.note.only)
-        known.note.only->propertyChanged(known.path, value);
-    else
-        forEachHolder(known.note.node, [&](Dt3Sink *sink) { sink->propertyChanged(known.path, value); });
+    withValue(line, [&](const QString &value) {
+        if (known.note.only)
+            known.note.only->propertyChanged(known.path, value);
+        else
+            forEachHolder(known.note.node, [&](Dt3Sink *sink) { sink->propertyChanged(known.path, value); });
+    });
+}
+
+template <typename Tell> void Dt3Manager::withValue(const IncomingLine &line, Tell tell)
+{
+    QString value = unescapeValue(line.value, &m_spareValue);
+    tell(value);
+    if (line.value.size() >= longValue)
+        m_spareValue = std::move(value);
 }
 
 void Dt3Manager::childLine(const IncomingLine &line)

@@ -112,6 +112,8 @@ private:
 
     void handleLine(QByteArrayView line);
     void propertyLine(const IncomingLine &line);
+    /// Calls tell(value).
+    template <typename Tell> void withValue(const IncomingLine &line, Tell tell);
     void childLine(const IncomingLine &line);
     template <typename Call> void forEachHolder(const Subscriptions::const_iterator &node, Call call);
     void dropSink(Dt3Sink *sink);
@@ -129,6 +131,7 @@ private:
     quint32 m_subscriptionsVersion = 1; ///< Goes up with every change of m_subscriptions.
 
     LineSplitter m_splitter;
+    QString m_spareValue; ///< The last long value, for its memory.
     PendingRequests m_pendingRequests;
     PathCache<Holders> m_paths;
 };

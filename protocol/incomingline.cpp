@@ -1,11 +1,11 @@
 #include "protocol/incomingline.h"
 
-#include <QByteArray>
 #include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -39,9 +39,9 @@ quint16 signatureOf(QByteArrayView line)
     return isNumber ? quint16(signature) : 0;
 }
 
-constexpr char afterBackslash(char c)
+constexpr char16_t afterBackslash(QChar c)
 {
-    switch (c) {
+    switch (c.unicode()) {
     case 'n': return '\n';
     case 'r': return '\r';
     case 't': return '\t';
@@ -51,9 +51,19 @@ constexpr char afterBackslash(char c)
     case ')':
     case '\\':
     case '{':
-    case '}': return c;
+    case '}': return c.unicode();
     default: return 0;
     }
+}
+
+/// Writes into a text's memory, and takes no byte order mark for one.
+QString decode(QByteArrayView utf8, QString memory)
+{
+    QStringDecoder decoder(
+        QStringDecoder::Utf8, QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
+    memory.resize(decoder.requiredSpace(utf8.size()));
+    memory.truncate(decoder.appendToBuffer(memory.data(), utf8) - memory.constData());
+    return memory;
 }
 
 } // namespace
@@ -96,26 +106,24 @@ IncomingLine IncomingLine::parse(QByteArrayView line)
 
 QString textOf(QByteArrayView utf8)
 {
-    if (utf8.isEmpty() || utf8.front() != '\xef' || !utf8.startsWith("\xef\xbb\xbf"))
-        return QString::fromUtf8(utf8);
     // Three bytes that other readers take for a mark and swallow.
-    return QStringDecoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom)(utf8);
+    return utf8.startsWith("\xef\xbb\xbf") ? decode(utf8, {}) : QString::fromUtf8(utf8);
 }
 
-QString unescapeValue(QByteArrayView escaped)
+QString unescapeValue(QByteArrayView escaped, QString *spare)
 {
-    const char *backslash = escaped.isEmpty() ? nullptr : find(escaped, '\\');
-    if (!backslash)
-        return textOf(escaped);
-
-    QByteArray plain;
-    plain.reserve(escaped.size());
-    plain.append(escaped.first(backslash - escaped.data()));
-    for (const char *c = backslash; c != escaped.end(); ++c) {
-        const char resolved = *c == '\\' && c + 1 != escaped.end() ? afterBackslash(c[1]) : '\0';
-        plain.append(resolved ? resolved : *c);
+    QString value = spare && escaped.size() >= longValue ? decode(escaped, std::exchange(*spare, {})) : textOf(escaped);
+    const qsizetype backslash = value.indexOf(u'\\');
+    if (backslash < 0)
+        return value;
+    QChar *to = value.data() + backslash;
+    const QChar *const end = value.constData() + value.size();
+    for (const QChar *c = to; c != end; ++c) {
+        const char16_t resolved = *c == u'\\' && c + 1 != end ? afterBackslash(c[1]) : u'\0';
+        *to++ = resolved ? QChar(resolved) : *c;
         if (resolved)
             ++c;
     }
-    return textOf(plain);
+    value.truncate(to - value.constData());
+    return value;
 }

@@ -30,5 +30,10 @@ struct IncomingLine
 /// UTF-8 as text; bytes that are none become U+FFFD.
 QString textOf(QByteArrayView utf8);
 
-/// Resolves the backslash escapes of a value, then as textOf().
-QString unescapeValue(QByteArrayView escaped);
+/// As textOf(), with the backslash escapes of a value resolved.
+/// @param spare a text that nobody needs any more, whose memory a long value takes.
+QString unescapeValue(QByteArrayView escaped, QString *spare = nullptr);
+
+/// Values from this length on are long, in bytes. Memory in such lumps is better used again: what the allocator makes
+/// of it in between varies.
+constexpr qsizetype longValue = 1 << 16;

@@ -79,6 +79,12 @@ private slots:
         };
         for (const auto &[escaped, plain] : cases)
             QCOMPARE(unescapeValue(escaped), plain);
+
+        QString spare;
+        const QString kept = unescapeValue(QByteArray(longValue, 'x') + "\\n\xff", &spare);
+        spare = kept; // and somebody looks at it still
+        QCOMPARE(unescapeValue(QByteArray(longValue, 'y'), &spare), QString(longValue, 'y'));
+        QCOMPARE(kept, QString(longValue, 'x') + "\n\ufffd");
     }
 };
 
